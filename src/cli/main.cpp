@@ -1,0 +1,26 @@
+// quarle: the command line. Arguments are taken as raw bytes so that any file name reaches the
+// engines unchanged.
+
+#include <QCoreApplication>
+
+#include "cli/output.h"
+#include "cli/verbs.h"
+#include "core/paths.h"
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Quarle"));
+
+    QStringList args;
+    for (int i = 1; i < argc; ++i) args.append(Paths::fromBytes(QByteArray(argv[i])));
+    if (args.isEmpty() || args.first() == QLatin1String("help") || args.first() == QLatin1String("--help") ||
+        args.first() == QLatin1String("-h")) {
+        printUsage();
+        return args.isEmpty() ? 2 : 0;
+    }
+    const QString verb = args.takeFirst();
+    for (const Verb& v : verbs())
+        if (verb == QLatin1String(v.name)) return v.run(args);
+    Out::error(QStringLiteral("there is no verb \"%1\". Try \"quarle help\".").arg(verb));
+    return 2;
+}

@@ -1,0 +1,20 @@
+#include "cli/verbs.h"
+
+#include "cli/output.h"
+
+const QList<Verb>& verbs() {
+    static const QList<Verb> all{
+        {"du", "du [--tree DEPTH] [--json] PATH…",
+         "Size of each path: allocated bytes, hard links once, links not followed.", runDu},
+    };
+    return all;
+}
+
+void printUsage() {
+    Out::line(QStringLiteral("Usage: quarle VERB [OPTIONS]"));
+    Out::line();
+    for (const Verb& v : verbs()) {
+        Out::line(QStringLiteral("  quarle ") + QString::fromUtf8(v.usage));
+        Out::line(QStringLiteral("      ") + QString::fromUtf8(v.summary));
+    }
+}

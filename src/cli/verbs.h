@@ -1,0 +1,18 @@
+#pragma once
+// The command-line verbs: one function each, taking the arguments after the verb and returning the
+// exit status (0 done, 1 something failed or was refused, 2 the command line was wrong).
+
+#include <QList>
+#include <QStringList>
+
+struct Verb {
+    const char* name;
+    const char* usage;
+    const char* summary;
+    int (*run)(const QStringList& args);
+};
+
+const QList<Verb>& verbs();
+void printUsage();
+
+int runDu(const QStringList& args);

@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QDir>
+#include <QMap>
+#include <memory>
+
+#include "core/home.h"
+#include "core/prefs.h"
+#include "support/files.h"
+#include "support/sandbox.h"
+
+namespace {
+
+QString decide(const QMap<QString, QString>& vars) {
+    return Home::decide(
+        [&](const char* name) -> std::optional<QString> {
+            const auto it = vars.find(QString::fromLatin1(name));
+            if (it == vars.end()) return std::nullopt;
+            return *it;
+        },
+        "/home/me", "/work");
+}
+
+TEST(Home, RootThenDemoThenTheAccount) {
+    EXPECT_EQ(decide({}), "/home/me");
+    EXPECT_EQ(decide({{"QUARLE_ROOT", "/tmp/fake//home/"}}), "/tmp/fake/home");
+    EXPECT_EQ(decide({{"QUARLE_ROOT", "~/fixtures/../mac"}}), "/home/me/mac");
+    EXPECT_EQ(decide({{"QUARLE_ROOT", "rel/home"}}), "/work/rel/home");
+    EXPECT_EQ(decide({{"QUARLE_ROOT", ""}}), "/home/me");
+    EXPECT_EQ(decide({{"QUARLE_DEMO", ""}}), Home::demoPath);
+    EXPECT_EQ(decide({{"QUARLE_ROOT", ""}, {"QUARLE_DEMO", "1"}}), Home::demoPath);
+    EXPECT_EQ(decide({{"QUARLE_ROOT", "/r"}, {"QUARLE_DEMO", "1"}}), "/r");
+}
+
+TEST(Home, TheTestsRunInTheirSandbox) {
+    EXPECT_EQ(Home::path(), Sandbox::home());
+    EXPECT_FALSE(Home::isFake());
+    EXPECT_EQ(Home::at("Library/Caches"), Sandbox::home() + "/Library/Caches");
+    EXPECT_TRUE(Prefs::storePath().startsWith(Sandbox::home() + "/.config/Quarle/"));
+}
+
+TEST(Prefs, ValuesPersistAndBadOnesFallBack) {
+    Prefs::setValue("keepDays", 30);
+    Prefs::setValue("hiddenRows", QStringList{"logs", "caches"});
+    Prefs::setValue("appearance", "night");
+    EXPECT_EQ(Prefs::integer("keepDays", 7), 30);
+    EXPECT_EQ(Prefs::stringList("hiddenRows"), QStringList({"logs", "caches"}));
+    Prefs::setValue("keepDays", "soon");
+    EXPECT_EQ(Prefs::integer("keepDays", 7), 7);
+    EXPECT_EQ(Prefs::integer("missing", 7), 7);
+    EXPECT_TRUE(Prefs::stringList("missing").isEmpty());
+    Prefs::setValue("hiddenRows", QStringList{"one"});
+    EXPECT_EQ(Prefs::stringList("hiddenRows"), QStringList({"one"}));
+    EXPECT_TRUE(QFile::exists(Prefs::storePath()));
+}
+
+TEST(Prefs, ASandboxedStoreStartsEmptyAndADamagedOneIsKeptAside) {
+    const QString folder = Sandbox::scratch("prefs");
+    const QString file = folder + "/quarle.sandbox.conf";
+    Files::writeText(file, "[General]\nkeepDays=3\n");
+    std::unique_ptr<QSettings> kept(Prefs::openStore(file, false));
+    EXPECT_EQ(kept->value("keepDays").toInt(), 3);
+    kept.reset();
+    std::unique_ptr<QSettings> wiped(Prefs::openStore(file, true));
+    EXPECT_FALSE(wiped->contains("keepDays"));
+    wiped.reset();
+
+    const QString damaged = folder + "/damaged.conf";
+    const QByteArray garbage("[General\x00\xff\n=\n[[[\nkeepDays=\"unterminated\n\xfe\xfe", 40);
+    Files::writeText(damaged, garbage);
+    std::unique_ptr<QSettings> fresh(Prefs::openStore(damaged, false));
+    fresh->setValue("keepDays", 9);
+    fresh->sync();
+    EXPECT_EQ(fresh->status(), QSettings::NoError);
+    const QStringList aside = QDir(folder).entryList({"damaged.conf.damaged-*"});
+    ASSERT_EQ(aside.size(), 1);  // the garbage is kept, byte for byte
+    QFile old(folder + "/" + aside.first());
+    ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+    EXPECT_EQ(old.readAll(), garbage);
+    fresh.reset();
+    std::unique_ptr<QSettings> again(Prefs::openStore(damaged, false));
+    EXPECT_EQ(again->value("keepDays").toInt(), 9);  // and new preferences are saved
+}
+
+}  // namespace

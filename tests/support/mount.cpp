@@ -1,0 +1,41 @@
+#include "support/mount.h"
+
+#include <sys/mount.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "support/files.h"
+
+TestMount TestMount::tmpfs(const QString& folder, int megabytes) {
+    TestMount m;
+    Files::makeDirs(folder);
+    const QByteArray options = "size=" + QByteArray::number(megabytes) + "m,mode=0755";
+    if (::mount("tmpfs", Files::bytes(folder).constData(), "tmpfs", 0, options.constData()) != 0) {
+        m.why_ = QStringLiteral("mounting a tmpfs is not allowed here: ") + QString::fromLocal8Bit(std::strerror(errno));
+        return m;
+    }
+    m.target_ = folder;
+    m.ok_ = true;
+    return m;
+}
+
+TestMount TestMount::bind(const QString& source, const QString& target) {
+    TestMount m;
+    if (::mount(Files::bytes(source).constData(), Files::bytes(target).constData(), nullptr, MS_BIND, nullptr) != 0) {
+        m.why_ = QStringLiteral("bind mounts are not allowed here: ") + QString::fromLocal8Bit(std::strerror(errno));
+        return m;
+    }
+    m.target_ = target;
+    m.ok_ = true;
+    return m;
+}
+
+TestMount::TestMount(TestMount&& other) noexcept
+    : target_(std::move(other.target_)), ok_(other.ok_), why_(std::move(other.why_)) {
+    other.ok_ = false;
+}
+
+TestMount::~TestMount() {
+    if (ok_) ::umount2(Files::bytes(target_).constData(), MNT_DETACH);
+}
