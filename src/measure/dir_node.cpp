@@ -14,10 +14,12 @@ namespace {
 constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 std::atomic<int> heldDescriptors{0};
+std::atomic<int> heldLimit{-1};
 
 // How many folder descriptors the walks may hold at once: half of what the process may open,
 // after raising its soft limit to the hard one.
 int descriptorBudget() {
+    if (const int limit = heldLimit.load(std::memory_order_relaxed); limit >= 0) return limit;
     static const int budget = [] {
         rlimit limit{};
         if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) return 256;
@@ -58,6 +60,10 @@ DirNode::DirNode(DirNode* parentNode, std::string entryName)
     : parent(parentNode), name(std::move(entryName)) {}
 
 namespace DirNodes {
+
+void setHeldLimit(int limit) { heldLimit = limit; }
+
+int held() { return heldDescriptors.load(); }
 
 DirNode* root(std::string absolutePath) { return new DirNode(nullptr, std::move(absolutePath)); }
 

@@ -20,6 +20,12 @@ struct DirNode {
 
 namespace DirNodes {
 
+// Caps the descriptors held at once (-1: the process's own budget). For tight environments and
+// for testing the reopening path.
+void setHeldLimit(int limit);
+// Descriptors held right now.
+int held();
+
 DirNode* root(std::string absolutePath);
 // A subfolder of `parent`, which gains a reference.
 DirNode* child(DirNode* parent, const char* name, std::size_t length);

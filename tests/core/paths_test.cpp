@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "support/printers.h"
+
 #include <random>
 
 #include "core/paths.h"

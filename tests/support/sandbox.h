@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include "support/printers.h"
+
 namespace Sandbox {
 
 // Creates the sandbox and points the environment at it; called once by the test main.
