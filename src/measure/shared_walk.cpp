@@ -73,7 +73,9 @@ void SharedWalk::work() {
         Item item{};
         {
             std::unique_lock guard(lock_);
+            ++waiting_;
             wake_.wait(guard, [this] { return !stack_.empty() || busy_ == 0 || stopped_; });
+            --waiting_;
             if (stack_.empty() || stopped_) return;
             item = stack_.back();
             stack_.pop_back();
@@ -95,6 +97,7 @@ void SharedWalk::work() {
 
         bool completed = false;
         bool finished = false;
+        std::size_t wakeUp = 0;
         bool drop = false;
         Tally total;
         {
@@ -110,16 +113,18 @@ void SharedWalk::work() {
             }
             --busy_;
             finished = stack_.empty() && busy_ == 0;
+            wakeUp = std::min(subfolders.size(), std::size_t(waiting_));
         }
         if (drop) {
             for (DirNode* sub : subfolders) DirNodes::release(sub);
             wake_.notify_all();
             return;
         }
-        if (finished || subfolders.size() > 1)
+        if (finished) {
             wake_.notify_all();
-        else if (subfolders.size() == 1)
-            wake_.notify_one();
+        } else {
+            for (std::size_t i = 0; i < wakeUp; ++i) wake_.notify_one();  // only as many as have work
+        }
         if (options_.progress) options_.progress->add(tally.files, tally.bytes);
         if (completed && options_.done) options_.done(item.root, total.result());
     }

@@ -56,6 +56,7 @@ private:
     std::condition_variable wake_;
     std::vector<Item> stack_;
     int busy_ = 0;
+    int waiting_ = 0;  // threads asleep until there is work
     bool stopped_ = false;
     std::vector<Tally> totals_;
     std::vector<int> pending_;  // per root: folders on the stack or being read
