@@ -48,4 +48,14 @@ bool isFake() { return path() != accountHome(); }
 
 QString at(const QString& relative) { return path() + QLatin1Char('/') + relative; }
 
+QString dataFolder() {
+    if (!isFake()) {
+        const auto xdg = processEnv("XDG_DATA_HOME");
+        if (xdg && xdg->startsWith(QLatin1Char('/'))) return Paths::standardize(*xdg, QString());
+    }
+    return at(QStringLiteral(".local/share"));
+}
+
+QString trashFolder() { return dataFolder() + QStringLiteral("/Trash"); }
+
 }  // namespace Home

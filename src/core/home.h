@@ -25,4 +25,11 @@ bool isFake();
 // path() + "/" + relative.
 QString at(const QString& relative);
 
+// Where Quarle's data and the home Trash live: $XDG_DATA_HOME when it is absolute, else
+// <home>/.local/share. Under another root (QUARLE_ROOT) always <root>/.local/share, so that a run on
+// a fixture home never reaches the user's own data.
+QString dataFolder();
+// The home Trash of the FreeDesktop.org specification: dataFolder() + "/Trash".
+QString trashFolder();
+
 }  // namespace Home

@@ -2,7 +2,7 @@
 
 #include <sys/stat.h>
 
-#include "cli/run_quarle.h"
+#include "support/run_quarle.h"
 #include "core/paths.h"
 #include "core/record_json.h"
 #include "measure/walker.h"

@@ -40,6 +40,8 @@ TEST(Home, TheTestsRunInTheirSandbox) {
     EXPECT_FALSE(Home::isFake());
     EXPECT_EQ(Home::at("Library/Caches"), Sandbox::home() + "/Library/Caches");
     EXPECT_TRUE(Prefs::storePath().startsWith(Sandbox::home() + "/.config/Quarle/"));
+    EXPECT_EQ(Home::dataFolder(), Sandbox::home() + "/.local/share");
+    EXPECT_EQ(Home::trashFolder(), Sandbox::home() + "/.local/share/Trash");
 }
 
 TEST(Prefs, ValuesPersistAndBadOnesFallBack) {

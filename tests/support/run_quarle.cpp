@@ -1,4 +1,4 @@
-#include "cli/run_quarle.h"
+#include "support/run_quarle.h"
 
 #include <fcntl.h>
 #include <poll.h>
