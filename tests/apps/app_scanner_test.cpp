@@ -68,13 +68,14 @@ TEST_F(AppScannerTest, ReadsXmlAndBinaryInfoPlistsAndFallsBackToTheFileName) {
     MacApps::app(apps, "Folder", MacApps::info("com.example.folder", "Folder"));
     Files::symlink(apps + "/Editor.app", apps + "/Linked.app");
     MacApps::app(home + "/Applications", "Mine.app", MacApps::info("me.mine.Mine", "Mine"), Form::binary);
+    Files::makeDirs(home + "/Applications/" + Paths::fromBytes(QByteArray("Caf\xe9.app")));
 
     QList<AppScanner::Bundle> bundles = AppScanner::bundles(system);
     QStringList listed;
     for (const AppScanner::Bundle& b : bundles) listed.append(b.name + "|" + b.bundleID);
     EXPECT_EQ(listed, (QStringList{"Broken|", "Editor Deluxe|com.example.Editor", "Empty|", "List|",
                                    "Numbers|com.example.numbers", "Old|", "Night Owl|net.nightowl.NightOwl",
-                                   "Plain|org.plain.Plain", "Mine|me.mine.Mine"}))
+                                   "Plain|org.plain.Plain", Paths::fromBytes(QByteArray("Caf\xe9|")), "Mine|me.mine.Mine"}))
         << "each folder in name order, the system's first; libplist 2.2 does not read the old text form";
     EXPECT_EQ(bundles.last().path, home + "/Applications/Mine.app");
     for (const AppScanner::Bundle& b : bundles) {
@@ -110,6 +111,8 @@ TEST_F(AppScannerTest, SortsARealisticLibraryToItsAppsAndKeepsOnlyProvenOrphans)
     libraryFolder(home, "Application Support", "Night Owl Backups", 300'000);
     libraryFolder(home, "Application Support", "Go");
     libraryFolder(home, "Logs", "Go Build Cache");
+    const QString rawName = Paths::fromBytes(QByteArray("Night Owl \xff\xfe old"));  // not UTF-8
+    libraryFolder(home, "Application Support", rawName, 1000);
     Files::symlink(home + "/Library/Caches/com.example.Editor", home + "/Library/Caches/com.example.Editor.link");
     // Outside the 13 places nothing is ever a leftover, whatever its name.
     libraryFolder(home, "Other", "com.example.Editor");
@@ -122,6 +125,8 @@ TEST_F(AppScannerTest, SortsARealisticLibraryToItsAppsAndKeepsOnlyProvenOrphans)
     libraryFile(home, "Preferences", "com.example.OldTool.plist");  // com.example has installed apps
     libraryFile(home, "Preferences", "com.google.Chrome.plist");    // so has com.google
     libraryFile(home, "Preferences", "com.apple.Safari.plist");
+    libraryFolder(home, "Group Containers", "group.com.apple.notes");
+    libraryFolder(home, "Containers", "net.example.Gone");  // keys keep their case: a group of its own
     libraryFile(home, "Preferences", "org.gnome.Known.plist");      // the platform still knows it
     Files::makeDirs(home + "/.local/share/applications");
     Files::writeText(home + "/.local/share/applications/org.gnome.Known.desktop", "[Desktop Entry]\n");
@@ -150,15 +155,18 @@ TEST_F(AppScannerTest, SortsARealisticLibraryToItsAppsAndKeepsOnlyProvenOrphans)
     ASSERT_TRUE(owl);
     EXPECT_EQ(leftoversOf(*owl), (QMap<QString, Confidence>{{"Containers/net.nightowl.NightOwl", Confidence::sure},
                                                             {"Application Support/Night Owl", Confidence::likely},
-                                                            {"Application Support/Night Owl Backups", Confidence::likely}}))
+                                                            {"Application Support/Night Owl Backups", Confidence::likely},
+                                                            {"Application Support/" + rawName, Confidence::likely}}))
         << "the team-prefixed group container stays unmatched: an unsigned app has no team";
     EXPECT_EQ(owl->leftovers[0].why, "Bundle ID matches (net.nightowl.NightOwl)") << "sure before likely";
     EXPECT_EQ(owl->leftovers[1].why, "Name contains \"Night Owl\"") << "then the larger likely one";
+    EXPECT_EQ(Paths::toBytes(owl->leftovers.last().path), Paths::toBytes(home) + "/Library/Application Support/Night Owl \xff\xfe old")
+        << "a name that is not UTF-8 keeps its bytes";
 
     EXPECT_TRUE(find(result.apps, "Go")->leftovers.isEmpty()) << "short names match nothing by name";
     EXPECT_TRUE(find(result.apps, "Drive")->leftovers.isEmpty());
 
-    ASSERT_EQ(result.orphans.size(), 2);
+    ASSERT_EQ(result.orphans.size(), 3);
     const Orphan& gone = result.orphans[0];
     EXPECT_EQ(gone.name, "net.example.gone");
     EXPECT_EQ(gone.bundleID, "net.example.gone");
@@ -166,6 +174,7 @@ TEST_F(AppScannerTest, SortsARealisticLibraryToItsAppsAndKeepsOnlyProvenOrphans)
     EXPECT_EQ(gone.leftovers[0].path, home + "/Library/Caches/net.example.gone");
     EXPECT_EQ(gone.leftovers[0].bytes, Walker::size(gone.leftovers[0].path, false).bytes);
     EXPECT_EQ(result.orphans[1].name, "io.other.tool");
+    EXPECT_EQ(result.orphans[2].name, "net.example.Gone");
 
     for (qsizetype i = 1; i < result.apps.size(); ++i)
         EXPECT_GE(result.apps[i - 1].total(), result.apps[i].total()) << "largest total first";

@@ -18,14 +18,6 @@ std::optional<Match> inPreferences(const QString& name, const AppIdentity& a) {
     return Leftovers::match(name, QStringLiteral("Preferences"), a, false);
 }
 
-Walker::Entry file(const QString& name, qint64 allocated = 4096) {
-    Walker::Entry e;
-    e.name = name;
-    e.isFile = true;
-    e.allocated = allocated;
-    return e;
-}
-
 Walker::Entry folder(const QString& name) {
     Walker::Entry e;
     e.name = name;
@@ -42,22 +34,17 @@ TEST(LeftoverNames, StemVendorWordsAndTheShapeOfABundleID) {
     EXPECT_EQ(Leftovers::stem("com.example.tool.ShipIt"), "com.example.tool");
     EXPECT_EQ(Leftovers::stem("Tool.log.plist"), "Tool.log") << "only one suffix comes off";
     EXPECT_EQ(Leftovers::stem("com.example.tool.PLIST"), "com.example.tool.PLIST") << "case-sensitive";
-    EXPECT_EQ(Leftovers::stem("Night Owl"), "Night Owl");
 
     EXPECT_EQ(Leftovers::vendor("com.example.editor"), "com.example");
     EXPECT_EQ(Leftovers::vendor("com.Example.Editor.helper"), "com.Example");
     EXPECT_EQ(Leftovers::vendor("com.example"), std::nullopt);
     EXPECT_EQ(Leftovers::vendor("com..example"), std::nullopt) << "empty labels are dropped";
-    EXPECT_EQ(Leftovers::vendor(""), std::nullopt);
 
     EXPECT_EQ(Leftovers::words("Night Owl-2 (Beta)"), (QStringList{"night", "owl", "2", "beta"}));
-    EXPECT_EQ(Leftovers::words("  ...  "), QStringList());
     // A decomposed accent, as file names often come, stays inside its word and equals the composed one.
     EXPECT_EQ(Leftovers::words(QString::fromUtf8("Cafe\xCC\x81 Bar")), Leftovers::words(QString::fromUtf8("Caf\xC3\xA9 bar")));
-    EXPECT_EQ(Leftovers::words(QString::fromUtf8("Caf\xC3\xA9")).size(), 1);
 
     EXPECT_TRUE(Leftovers::looksLikeBundleID("com.example.tool.plist"));
-    EXPECT_TRUE(Leftovers::looksLikeBundleID("Dev.example.tool"));
     EXPECT_TRUE(Leftovers::looksLikeBundleID("ai.example.chat.savedState"));
     EXPECT_FALSE(Leftovers::looksLikeBundleID("com.example.plist")) << "two labels once the suffix is gone";
     EXPECT_FALSE(Leftovers::looksLikeBundleID("group.com.example.shared"));
@@ -80,7 +67,6 @@ TEST(LeftoverRules, BundleIDMatchesItsDotAndHyphenFormsButNotALongerWord) {
               (Match{Confidence::likely, "Same developer's ID (com.example)", 511}));
     EXPECT_EQ(inPreferences("com.example.Editor.plist", app("Editor", "")), std::nullopt)
         << "an app without an identifier matches nothing, not even by name";
-    EXPECT_EQ(inPreferences("Editor", app("Editor", "")), std::nullopt);
 }
 
 TEST(LeftoverRules, SigningTeamOnlyInGroupContainersAndDeveloperOnlyForAVendorOfItsOwn) {
@@ -114,14 +100,12 @@ TEST(LeftoverRules, NameRuleNeedsTheWholeNameAsARunOfWordsAndFourLetters) {
     EXPECT_EQ(inSupport("Night Owl Backups", owl), (Match{Confidence::likely, "Name contains \"Night Owl\"", 115}));
     EXPECT_EQ(inSupport("Old Night Owl Backups", owl), (Match{Confidence::likely, "Name contains \"Night Owl\"", 114}));
     EXPECT_EQ(inSupport("Night Big Owl", owl), std::nullopt) << "the words must follow one another";
-    EXPECT_EQ(inSupport("Owl Night", owl), std::nullopt);
     EXPECT_EQ(inSupport("NightOwl", owl), std::nullopt) << "one word is not the two of the name";
     EXPECT_EQ(inSupport("Nightowlish", owl), std::nullopt);
 
     EXPECT_EQ(inSupport("Go", app("Go", "dev.golang.go")), std::nullopt) << "short names never match by name";
     EXPECT_EQ(inSupport("Go Tools", app("Go", "dev.golang.go")), std::nullopt);
     EXPECT_EQ(inSupport("Mail", app("Mail", "com.example.mail")), (Match{Confidence::likely, "Named after the app", 308}));
-    EXPECT_EQ(inSupport("+++", app("+++", "com.example.plus")), std::nullopt);
 }
 
 TEST(LeftoverRules, OwnerTakesTheStrongestMatchAndTiesStayWithTheEarlierApp) {
@@ -144,39 +128,6 @@ TEST(LeftoverRules, OwnerTakesTheStrongestMatchAndTiesStayWithTheEarlierApp) {
 
     EXPECT_FALSE(Leftovers::owner("com.example.Other", "Preferences", apps, shared)) << "com.example is shared";
     EXPECT_FALSE(Leftovers::owner("Anything", "Caches", {}, {}));
-}
-
-TEST(LeftoverSweep, EntriesGoToTheirAppOrToAnOrphanGroupByStem) {
-    const QList<AppIdentity> apps{app("Editor", "com.example.Editor")};
-    const auto prepared = Leftovers::prepare(apps, {});
-    Leftovers::Sweep sweep;
-    const auto take = [&](const Walker::Entry& e, const QString& place) {
-        Leftovers::take(e, place, "/h/Library/" + place, prepared, sweep);
-    };
-    take(file("com.example.Editor.plist", 8192), "Preferences");
-    take(folder("com.example.Editor"), "Caches");
-    Walker::Entry link;
-    link.name = "com.example.Editor.link";
-    take(link, "Caches");  // neither file nor folder
-    take(file("net.example.tool.plist"), "Preferences");
-    take(folder("net.example.tool"), "Caches");
-    take(folder("net.example.Tool"), "Logs");
-    take(folder("com.apple.Safari"), "Containers");
-    take(folder("group.com.apple.notes"), "Group Containers");
-    take(file("Something Else"), "Preferences");
-
-    ASSERT_EQ(sweep.byApp.size(), 1);
-    EXPECT_EQ(sweep.byApp.value("com.example.Editor"),
-              (QList<Leftover>{{"/h/Library/Preferences/com.example.Editor.plist", 8192, "Bundle ID matches (com.example.Editor)", Confidence::sure},
-                               {"/h/Library/Caches/com.example.Editor", -1, "Bundle ID matches (com.example.Editor)", Confidence::sure}}));
-    ASSERT_EQ(sweep.orphans.size(), 2) << "keys are stems as written: net.example.Tool is a group of its own";
-    EXPECT_EQ(sweep.orphans[0].key, "net.example.tool");
-    EXPECT_EQ(sweep.orphans[0].items.size(), 2);
-    EXPECT_TRUE(sweep.orphans[0].ranHere);
-    EXPECT_EQ(sweep.orphans[0].items[0],
-              (Leftover{"/h/Library/Preferences/net.example.tool.plist", 4096, "Bundle ID of an app that isn't installed", Confidence::likely}));
-    EXPECT_EQ(sweep.orphans[1].key, "net.example.Tool");
-    EXPECT_FALSE(sweep.orphans[1].ranHere);
 }
 
 TEST(LeftoverSweep, OrphansNeedEvidenceAndNoInstalledVendorOrKnownApp) {
