@@ -92,7 +92,7 @@ Result scan(const Cancelled& cancelled, const SystemFolders& folders) {
                                             KnownApps::lookup());
     for (const Bundle& b : found)
         result.apps.append(InstalledApp{b.name, b.bundleID, b.path, 0, lastUsed(b.path), developer(b),
-                                        b.bundleID.isEmpty() ? QList<Leftover>() : sweep.byApp.value(b.bundleID)});
+                                        sweep.byApp.value(b.bundleID)});
 
     // One task per app (and per orphan), each measured on one thread.
     InstalledApp* apps = result.apps.data();

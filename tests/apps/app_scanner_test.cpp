@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <atomic>
 
 #include "apps/app_scanner.h"
 #include "core/paths.h"
 #include "measure/walker.h"
+#include "support/as_user.h"
 #include "support/files.h"
 #include "support/mac_apps.h"
 #include "support/sandbox.h"
@@ -194,4 +197,23 @@ TEST_F(AppScannerTest, EqualSizesKeepListingOrderAndACancelledScanReturnsNothing
     std::atomic<int> polls{0};
     EXPECT_EQ(AppScanner::scan([&] { return ++polls > 3; }, system), AppScanner::Result());
     EXPECT_EQ(AppScanner::scan([] { return true; }, system), AppScanner::Result());
+}
+
+TEST_F(AppScannerTest, WhatCannotBeReadIsLeftOutAndTheRestIsStillFound) {
+    if (!AsUser::canDrop()) GTEST_SKIP() << "needs root to switch to an unprivileged user";
+    const QString locked = MacApps::app(system.applications, "Locked.app", MacApps::info("org.locked.app", "Locked"));
+    MacApps::app(system.applications, "Open.app", MacApps::info("org.open.app", "Open"));
+    MacApps::libraryFolder(home, "Caches", "org.open.app");
+    MacApps::libraryFile(home, "Preferences", "org.open.app.plist");
+    ::chmod(Paths::toBytes(locked + "/Contents").constData(), 0700);
+    ::chmod(Paths::toBytes(home + "/Library/Caches").constData(), 0700);
+
+    const auto seen = AsUser::run([&] {
+        QStringList out;
+        for (const InstalledApp& a : AppScanner::scan({}, system).apps)
+            out.append(a.name + "|" + a.bundleID + "|" + QString::number(a.leftovers.size()));
+        return out.join(' ').toUtf8();
+    });
+    ASSERT_TRUE(seen);
+    EXPECT_EQ(*seen, "Open|org.open.app|1 Locked||0") << "listed by its file name, so it can still be uninstalled";
 }

@@ -67,30 +67,29 @@ TEST(AppsVerbs, OrphansAndLoginItemsWorkOnAnotherMacShapedHome) {
     const Fixture f(Sandbox::scratch("mac-home"));
     const QByteArray root = "QUARLE_ROOT=" + b(f.home);
 
-    const Ran orphans = runQuarle({"orphans"}, {root, f.systemRoot()});
-    EXPECT_EQ(orphans.status, 0) << orphans.err.constData();
-    EXPECT_EQ(QString::fromUtf8(orphans.out),
-              "net.example.gone — 78 KB\n"
-              "  Likely       74 KB  ~/Library/Containers/net.example.gone — Bundle ID of an app that isn't installed\n"
-              "  Likely        4 KB  ~/Library/Preferences/net.example.gone.plist — Bundle ID of an app that isn't installed\n"
-              "\n"
-              "Leftovers of 1 app that are gone, 78 KB in all.\n");
-
-    const Ran items = runQuarle({"login-items"}, {root, f.systemRoot()});
-    EXPECT_EQ(items.status, 0) << items.err.constData();
-    EXPECT_EQ(QString::fromUtf8(items.out),
-              "Editor (com.example.helper)\n"
-              "  This user · agent · enabled · developer com.example · Not signed\n"
-              "  ~/Library/LaunchAgents/com.example.helper.plist\n"
-              "  Its program no longer exists.\n"
-              "  The app it belongs to is installed.\n"
-              "\n"
-              "1 login item.\n");
-    for (const char* verb : {"orphans", "login-items"}) {
+    const QList<std::pair<QByteArray, QString>> expected{
+        {"orphans",
+         "net.example.gone — 78 KB\n"
+         "  Likely       74 KB  ~/Library/Containers/net.example.gone — Bundle ID of an app that isn't installed\n"
+         "  Likely        4 KB  ~/Library/Preferences/net.example.gone.plist — Bundle ID of an app that isn't installed\n"
+         "\n"
+         "Leftovers of 1 app that are gone, 78 KB in all.\n"},
+        {"login-items",
+         "Editor (com.example.helper)\n"
+         "  This user · agent · enabled · developer com.example · Not signed\n"
+         "  ~/Library/LaunchAgents/com.example.helper.plist\n"
+         "  Its program no longer exists.\n"
+         "  The app it belongs to is installed.\n"
+         "\n"
+         "1 login item.\n"}};
+    for (const auto& [verb, text] : expected) {
+        const Ran ran = runQuarle({verb}, {root, f.systemRoot()});
+        EXPECT_EQ(ran.status, 0) << ran.err.constData();
+        EXPECT_EQ(QString::fromUtf8(ran.out), text);
         const Ran json = runQuarle({verb, "--json"}, {root, f.systemRoot()});
         const auto list = parseJson(json.out);
         ASSERT_TRUE(list && list->isArray() && list->toArray().size() == 1) << json.out.constData();
-        EXPECT_TRUE(list->toArray()[0].toObject().contains(QString(verb) == "orphans" ? "leftovers" : "appStillThere"));
+        EXPECT_TRUE(list->toArray()[0].toObject().contains(verb == "orphans" ? "leftovers" : "appStillThere"));
     }
 
     const QByteArray empty = "QUARLE_ROOT=" + b(Sandbox::scratch("empty-home"));
