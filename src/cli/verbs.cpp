@@ -6,6 +6,12 @@ const QList<Verb>& verbs() {
     static const QList<Verb> all{
         {"du", "du [--tree DEPTH] [--json] PATH…",
          "Size of each path: allocated bytes, hard links once, links not followed.", runDu},
+        {"apps", "apps [--json]",
+         "Installed apps with their size, developer and the Library items they left behind.", runApps},
+        {"orphans", "orphans [--json]", "Library items left behind by apps that are no longer installed.",
+         runOrphans},
+        {"login-items", "login-items [--json]", "Launch agents and daemons that start at login or boot.",
+         runLoginItems},
     };
     return all;
 }

@@ -16,3 +16,6 @@ const QList<Verb>& verbs();
 void printUsage();
 
 int runDu(const QStringList& args);
+int runApps(const QStringList& args);
+int runOrphans(const QStringList& args);
+int runLoginItems(const QStringList& args);

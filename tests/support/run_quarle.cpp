@@ -25,7 +25,16 @@ Ran runQuarle(const QList<QByteArray>& args, const QList<QByteArray>& env) {
     for (QByteArray& a : argStore) argv.push_back(a.data());
     argv.push_back(nullptr);
     std::vector<QByteArray> envStore;
-    for (char** e = environ; *e; ++e) envStore.emplace_back(*e);
+    // A variable given in `env` replaces the inherited one: getenv() answers with the first match.
+    auto overridden = [&env](const char* entry) {
+        const QByteArray whole(entry);
+        const QByteArray name = whole.left(whole.indexOf('=') + 1);
+        for (const QByteArray& e : env)
+            if (e.startsWith(name)) return true;
+        return false;
+    };
+    for (char** e = environ; *e; ++e)
+        if (!overridden(*e)) envStore.emplace_back(*e);
     for (const QByteArray& e : env) envStore.push_back(e);
     std::vector<char*> envp;
     for (QByteArray& e : envStore) envp.push_back(e.data());

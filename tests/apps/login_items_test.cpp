@@ -1,0 +1,187 @@
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include "apps/login_items.h"
+#include "support/files.h"
+#include "support/mac_apps.h"
+#include "support/sandbox.h"
+
+using Kind = LoginItem::Kind;
+
+namespace {
+
+const QString oldForm = QStringLiteral(
+    "disabled services = {\n"
+    "\t\"com.apple.ScreenReaderUIServer\" => true\n"
+    "\t\"homebrew.mxcl.postgresql@14\" => true\n"
+    "\t\"com.example.on\" => false\n"
+    "}\n");
+
+const QString newForm = QStringLiteral(
+    "disabled services = {\r\n"
+    "\t\"com.apple.ScreenReaderUIServer\" => disabled\r\n"
+    "\t\"homebrew.mxcl.postgresql@14\" => disabled\r\n"
+    "\t\"com.example.on\" => enabled\r\n"
+    "}\r\n"
+    "\r\n"
+    "login item associations = {\r\n"
+    "\t\"com.example.helper\" => com.example.Editor\r\n"
+    "\t\"com.example.other\" => disabled\r\n"
+    "}\r\n");
+
+// A script at `path` that writes its arguments to path + ".args" and prints `output`.
+void fakeLaunchctl(const QString& path, const QString& output, const QByteArray& extra = {}) {
+    Files::makeDirs(path.section('/', 0, -2));
+    Files::writeText(path + ".out", output.toUtf8());
+    Files::writeText(path, "#!/bin/sh\necho \"$@\" > '" + path.toUtf8() + ".args'\n" + extra + "cat '" + path.toUtf8() + ".out'\n");
+    ::chmod(path.toUtf8().constData(), 0755);
+}
+
+QByteArray contents(const QString& file) {
+    QFile f(file);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+const LoginItem* find(const QList<LoginItem>& items, const QString& label) {
+    for (const LoginItem& i : items)
+        if (i.identifier == label) return &i;
+    return nullptr;
+}
+
+class LoginItemsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        Sandbox::clearHome();
+        agents = Sandbox::home() + "/Library/LaunchAgents";
+        system = SystemFolders::under(Sandbox::scratch("system"));
+        tools = Sandbox::scratch("tools");
+        Files::write(tools + "/postgres", 100);
+        editor = MacApps::app(system.applications, "Editor.app", MacApps::info("com.example.Editor", "Editor"));
+
+        using MacApps::writePlist;
+        writePlist(agents + "/homebrew.mxcl.postgresql@14.plist",
+                   {{"Label", "homebrew.mxcl.postgresql@14"}, {"ProgramArguments", QStringList{tools + "/postgres", "-D", "x"}},
+                    {"RunAtLoad", true}});
+        writePlist(agents + "/helper.plist",  // the file name need not be the label
+                   {{"Label", "com.example.helper"}, {"AssociatedBundleIdentifiers", "com.example.Editor"},
+                    {"BundleProgram", "Contents/MacOS/main"}});
+        writePlist(agents + "/mach.plist", {{"Label", "com.example.mach"}, {"MachServices", QVariantMap{{"com.example.mach.xpc", true}}}},
+                   MacApps::Form::binary);
+        writePlist(agents + "/gone.plist", {{"Label", "net.gone.agent"}, {"Program", tools + "/agent"},
+                                            {"ProgramArguments", QStringList{tools + "/postgres"}},
+                                            {"AssociatedBundleIdentifiers", QStringList{"net.gone.App", "net.gone.Other"}}});
+        writePlist(agents + "/on.plist", {{"Label", "com.example.on"}, {"Disabled", true}, {"ProgramArguments", QStringList{"sh", "-c", "true"}}});
+        writePlist(agents + "/off.plist", {{"Label", "com.example.off"}, {"Disabled", true}, {"Program", "no-such-tool-for-quarle"}});
+        writePlist(agents + "/lost.plist", {{"Label", "com.lost.helper"}, {"AssociatedBundleIdentifiers", "com.lost.App"},
+                                            {"BundleProgram", "Contents/MacOS/helper"}});
+        // Skipped: damaged, without a label, with an empty label, not a property list, a folder.
+        Files::writeText(agents + "/damaged.plist", "<?xml version=\"1.0\"?><plist><dict><key>Label</key><str");
+        writePlist(agents + "/nolabel.plist", {{"Program", "/bin/sh"}});
+        writePlist(agents + "/emptylabel.plist", {{"Label", ""}, {"Program", "/bin/sh"}});
+        writePlist(agents + "/array.plist.txt", {{"Label", "com.example.txt"}});
+        Files::makeDirs(agents + "/folder.plist");
+
+        writePlist(system.launchAgents + "/com.example.sys.plist",
+                   {{"Label", "com.example.sys"}, {"ProgramArguments", QStringList{editor + "/Contents/MacOS/main"}}},
+                   MacApps::Form::binary);
+        writePlist(system.launchDaemons + "/com.example.daemon.plist", {{"Label", "com.example.daemon"}, {"Program", "/bin/sh"}});
+    }
+    QString agents, tools, editor;
+    SystemFolders system;
+};
+
+}  // namespace
+
+TEST(LaunchctlOutput, OnlyTheDisabledServicesBlockCountsInTheOldAndNewForms) {
+    const QHash<QString, bool> expected{
+        {"com.apple.ScreenReaderUIServer", true}, {"homebrew.mxcl.postgresql@14", true}, {"com.example.on", false}};
+    EXPECT_EQ(LoginItems::parseDisabled(oldForm), expected);
+    EXPECT_EQ(LoginItems::parseDisabled(newForm), expected);
+
+    EXPECT_TRUE(LoginItems::parseDisabled("\"com.example.outside\" => disabled\n").isEmpty());
+    EXPECT_TRUE(LoginItems::parseDisabled("").isEmpty());
+    EXPECT_EQ(LoginItems::parseDisabled("disabled services = {\n\tno quotes => disabled\n\t\"odd\" => maybe\n"
+                                        "\t\"with \"quotes\" inside\" => true\n"),
+              (QHash<QString, bool>{{"with \"quotes\" inside", true}}))
+        << "an unterminated block still counts what it holds";
+}
+
+TEST_F(LoginItemsTest, ListsTheJobsOfAllThreeFoldersWithTheirAppAndProgram) {
+    fakeLaunchctl(system.launchctl, newForm);
+    const QList<LoginItem> items = LoginItems::list(system);
+
+    QStringList order;
+    for (const LoginItem& i : items) order.append(i.identifier);
+    EXPECT_EQ(order, (QStringList{"com.example.mach", "com.example.off", "com.example.on", "com.lost.helper", "com.example.helper",
+                                  "homebrew.mxcl.postgresql@14", "net.gone.agent", "com.example.daemon", "com.example.sys"}))
+        << "this user's first, then by name without regard to case";
+    EXPECT_EQ(contents(system.launchctl + ".args"), "print-disabled gui/" + QByteArray::number(::getuid()) + "\n");
+
+    const LoginItem* helper = find(items, "com.example.helper");
+    ASSERT_TRUE(helper);
+    EXPECT_EQ(*helper, (LoginItem{"Editor", "com.example.helper", "com.example", Kind::agent, true, agents + "/helper.plist",
+                                  false, "Not signed", false, true}));
+
+    const LoginItem* postgres = find(items, "homebrew.mxcl.postgresql@14");
+    ASSERT_TRUE(postgres);
+    EXPECT_EQ(*postgres, (LoginItem{"homebrew.mxcl.postgresql@14", "homebrew.mxcl.postgresql@14", "homebrew.mxcl", Kind::agent,
+                                    false, agents + "/homebrew.mxcl.postgresql@14.plist", false, "Not signed", false, false}));
+
+    const LoginItem* mach = find(items, "com.example.mach");
+    ASSERT_TRUE(mach);
+    EXPECT_FALSE(mach->missing) << "a job that runs no program of its own has nothing to miss";
+    EXPECT_TRUE(mach->enabled);
+
+    const LoginItem* gone = find(items, "net.gone.agent");
+    ASSERT_TRUE(gone);
+    EXPECT_TRUE(gone->missing) << "launchd runs Program, not the first of ProgramArguments";
+    EXPECT_FALSE(gone->appStillThere);
+
+    EXPECT_TRUE(find(items, "com.example.on")->enabled) << "launchd's override beats the job's own Disabled key";
+    EXPECT_FALSE(find(items, "com.example.on")->missing) << "a bare name is found in launchd's search path";
+    EXPECT_FALSE(find(items, "com.example.off")->enabled);
+    EXPECT_TRUE(find(items, "com.example.off")->missing);
+    EXPECT_TRUE(find(items, "com.lost.helper")->missing) << "its program lived in an app that is gone";
+    EXPECT_FALSE(find(items, "com.lost.helper")->appStillThere);
+
+    const LoginItem* sys = find(items, "com.example.sys");
+    ASSERT_TRUE(sys);
+    EXPECT_EQ(sys->name, "Editor") << "its program lies inside the installed Editor.app";
+    EXPECT_TRUE(sys->appStillThere);
+    EXPECT_TRUE(sys->needsAdmin);
+    EXPECT_EQ(sys->scope(), "All users");
+
+    const LoginItem* daemon = find(items, "com.example.daemon");
+    ASSERT_TRUE(daemon);
+    EXPECT_EQ(daemon->kind, Kind::daemon);
+    EXPECT_EQ(daemon->scope(), "All users, as root");
+    EXPECT_EQ(daemon->path, system.launchDaemons + "/com.example.daemon.plist");
+}
+
+TEST_F(LoginItemsTest, OldLaunchctlOutputAndNoLaunchctlAtAll) {
+    fakeLaunchctl(system.launchctl, oldForm);
+    QList<LoginItem> items = LoginItems::list(system);
+    EXPECT_FALSE(find(items, "homebrew.mxcl.postgresql@14")->enabled);
+    EXPECT_TRUE(find(items, "com.example.on")->enabled);
+
+    ::unlink(system.launchctl.toUtf8().constData());
+    items = LoginItems::list(system);
+    EXPECT_EQ(items.size(), 9) << "without launchctl the jobs are still listed";
+    EXPECT_TRUE(find(items, "homebrew.mxcl.postgresql@14")->enabled);
+    EXPECT_FALSE(find(items, "com.example.on")->enabled) << "the job's own Disabled key decides";
+}
+
+TEST_F(LoginItemsTest, ALaunchctlThatHangsIsGivenUpAfterFiveSeconds) {
+    fakeLaunchctl(system.launchctl, oldForm, "sleep 60\n");
+    QElapsedTimer timer;
+    timer.start();
+    const QList<LoginItem> items = LoginItems::list(system);
+    EXPECT_LT(timer.elapsed(), 30'000);
+    EXPECT_EQ(items.size(), 9);
+    EXPECT_TRUE(find(items, "homebrew.mxcl.postgresql@14")->enabled);
+}
