@@ -6,6 +6,8 @@ const QList<Verb>& verbs() {
     static const QList<Verb> all{
         {"du", "du [--tree DEPTH] [--json] PATH…",
          "Size of each path: allocated bytes, hard links once, links not followed.", runDu},
+        {"report", "report [--json]",
+         "Scans the home folder: the disk bar, what can be cleared, System Data.", runReport},
     };
     return all;
 }

@@ -16,3 +16,4 @@ const QList<Verb>& verbs();
 void printUsage();
 
 int runDu(const QStringList& args);
+int runReport(const QStringList& args);

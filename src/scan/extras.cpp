@@ -50,19 +50,6 @@ QStringList words(const QString& name) {
 
 QString squeezed(const QString& name) { return words(name).join(QString()); }
 
-Finding extraRow(const char* id, const char* title, Bucket bucket, const char* explain, const QString& comesBack,
-                 bool developer) {
-    Finding f;
-    f.id = QLatin1String(id);
-    f.title = QString::fromUtf8(title);
-    f.bucket = bucket;
-    f.explain = QString::fromUtf8(explain);
-    f.comesBack = comesBack;
-    f.removal = Removal::trash();
-    f.developer = developer;
-    return f;
-}
-
 }  // namespace
 
 namespace Scanner {
@@ -78,11 +65,7 @@ QStringList codeRoots() {
 
 std::optional<Finding> idleNodeModules(const SpaceNode& home, const Cancelled& cancelled, int days,
                                        const QDateTime& now) {
-    Finding f = extraRow("nodemodules", "node_modules in projects idle for 90 days", Bucket::call,
-                         "Packages installed for projects nothing has touched in three months. npm install brings "
-                         "them back, but the project needs the network and the same package versions to still "
-                         "exist.",
-                         ComesBack::npmInstall, true);
+    Finding f = extraRow(QStringLiteral("nodemodules"));
     const QDateTime cutoff = now.addSecs(-qint64(days) * day);
     QStringList rootsWithProjects;
     for (const QString& root : codeRoots()) {
@@ -155,10 +138,7 @@ std::optional<QString> installedApp(const QString& installer, const QStringList&
 }
 
 std::optional<Finding> installers(const QString& home, const QStringList& installed, const QDateTime& now) {
-    Finding f = extraRow("installers", "Installers in Downloads", Bucket::call,
-                         "Disk images and packages you downloaded to install apps. Once the app is installed, the "
-                         "installer isn't needed unless you want to install it again offline.",
-                         ComesBack::fromMaker, false);
+    Finding f = extraRow(QStringLiteral("installers"));
     const QString downloads = home + QStringLiteral("/Downloads");
     for (const Walker::Entry& e : listing(downloads)) {
         if (!Catalogue::installerExtensions().contains(extensionOf(e.name))) continue;
@@ -173,11 +153,7 @@ std::optional<Finding> installers(const QString& home, const QStringList& instal
 }
 
 std::optional<Finding> unfinishedDownloads(const QString& home, const QDateTime& now) {
-    Finding f = extraRow("unfinished", "Unfinished downloads", Bucket::now,
-                         "Downloads your browser started but never finished (.crdownload, .part, .download). They "
-                         "can't be opened as they are. Anything from the last day is left alone in case it's still "
-                         "downloading.",
-                         ComesBack::ifYouNeedIt, false);
+    Finding f = extraRow(QStringLiteral("unfinished"));
     const QString downloads = home + QStringLiteral("/Downloads");
     for (const Walker::Entry& e : listing(downloads)) {
         if (!Catalogue::unfinishedExtensions().contains(extensionOf(e.name))) continue;
@@ -192,10 +168,7 @@ std::optional<Finding> unfinishedDownloads(const QString& home, const QDateTime&
 }
 
 std::optional<Finding> macOSInstallers(const QString& applications, const QDateTime& now) {
-    Finding f = extraRow("macosinstallers", "macOS installers", Bucket::call,
-                         "The full macOS installer that the App Store downloads to upgrade or reinstall. Once you've "
-                         "upgraded it isn't needed; keep one only if you make USB installers.",
-                         ComesBack::fromAppStore, false);
+    Finding f = extraRow(QStringLiteral("macosinstallers"));
     for (const Walker::Entry& e : listing(applications)) {
         if (!e.name.startsWith(QLatin1String("Install macOS")) || !e.name.endsWith(QLatin1String(".app"))) continue;
         const WalkResult size = sizeOf(applications, e);

@@ -13,6 +13,11 @@
 
 namespace Scanner {
 
+// The ids of the extra rows, in the order a scan makes them.
+const QStringList& extraIDs();
+// The extra row `id` with its texts and no items yet.
+Finding extraRow(const QString& id);
+
 // The code roots that exist, as absolute paths, in search order.
 QStringList codeRoots();
 // node_modules of projects nothing has touched for `days` days. Sizes come from the home tree where

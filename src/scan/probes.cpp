@@ -9,7 +9,7 @@
 #include "core/paths.h"
 #include "measure/walker.h"
 #include "platform/shell.h"
-#include "scan/catalogue.h"
+#include "scan/extras.h"
 #include "scan/rows.h"
 
 namespace {
@@ -91,17 +91,7 @@ std::optional<Finding> unavailableSimulators(const QStringList& command, double 
     if (!out) return std::nullopt;
     const QList<Simulator> simulators = parseUnavailableSimulators(*out);
     if (simulators.isEmpty()) return std::nullopt;
-    Finding f;
-    f.id = QStringLiteral("unavailablesims");
-    f.title = QStringLiteral("Simulators that can't run any more");
-    f.bucket = Bucket::call;
-    f.explain = QStringLiteral(
-        "Simulators for runtimes your Xcode no longer has. They can't boot. Quarle removes them with Xcode's own "
-        "simctl, so they don't go to the Trash.");
-    f.comesBack = ComesBack::goneForGood;
-    f.removal = Removal::command({QStringLiteral("/usr/bin/xcrun"), QStringLiteral("simctl"), QStringLiteral("delete"),
-                                  QStringLiteral("unavailable")});
-    f.developer = true;
+    Finding f = extraRow(QStringLiteral("unavailablesims"));
     for (const Simulator& s : simulators) {
         const WalkResult size = Walker::size(s.dataPath, true);
         f.parts.append({s.name, s.dataPath, size.bytes, s.runtime, size.newest});

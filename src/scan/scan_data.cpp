@@ -4,16 +4,12 @@
 
 #include "core/checked.h"
 #include "core/paths.h"
-#include "scan/catalogue.h"
+#include "scan/extras.h"
 #include "scan/scanner.h"
 
 namespace {
 
-// The order in which a scan makes its extra rows, so that a row that comes back takes its place.
-const QStringList extraOrder{QStringLiteral("nodemodules"), QStringLiteral("installers"), QStringLiteral("unfinished"),
-                             QStringLiteral("macosinstallers"), QStringLiteral("unavailablesims")};
-
-bool isExtra(const QString& id) { return extraOrder.contains(id); }
+bool isExtra(const QString& id) { return Scanner::extraIDs().contains(id); }
 
 // Moves `delta` bytes in or out of the stand-in for ~/.Trash, wherever the scan measured it.
 void chargeTrash(ScanData& data, qint64 delta) {
@@ -64,9 +60,10 @@ void returnToExtras(QList<Finding>& extras, const Finding& finding, const Part& 
     back.parts = {part};
     back.paths = {part.path};
     back.bytes = part.bytes;
-    const qsizetype rank = extraOrder.indexOf(finding.id);
+    // Back in the place a scan would have made it.
+    const qsizetype rank = Scanner::extraIDs().indexOf(finding.id);
     const auto at = std::find_if(extras.begin(), extras.end(),
-                                 [&](const Finding& f) { return extraOrder.indexOf(f.id) > rank; });
+                                 [&](const Finding& f) { return Scanner::extraIDs().indexOf(f.id) > rank; });
     extras.insert(at, back);
 }
 
