@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <vector>
 
 extern char** environ;
@@ -25,7 +26,14 @@ Ran runQuarle(const QList<QByteArray>& args, const QList<QByteArray>& env) {
     for (QByteArray& a : argStore) argv.push_back(a.data());
     argv.push_back(nullptr);
     std::vector<QByteArray> envStore;
-    for (char** e = environ; *e; ++e) envStore.emplace_back(*e);
+    // A variable given in `env` replaces the inherited one: getenv() finds the first of two.
+    const auto overridden = [&](const char* inherited) {
+        for (const QByteArray& e : env)
+            if (std::strncmp(inherited, e.constData(), std::size_t(e.indexOf('=') + 1)) == 0) return true;
+        return false;
+    };
+    for (char** e = environ; *e; ++e)
+        if (!overridden(*e)) envStore.emplace_back(*e);
     for (const QByteArray& e : env) envStore.push_back(e);
     std::vector<char*> envp;
     for (QByteArray& e : envStore) envp.push_back(e.data());
