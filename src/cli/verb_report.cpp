@@ -83,6 +83,7 @@ ScanData scanWithProgress() {
         std::fflush(stdout);
     }
     worker.join();
+    if (!shown.isEmpty()) Out::line();  // the early rows stay above the report
     return data;
 }
 

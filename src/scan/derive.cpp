@@ -7,7 +7,6 @@
 #include "core/checked.h"
 #include "core/fmt.h"
 #include "core/home.h"
-#include "core/paths.h"
 #include "measure/walker.h"
 #include "scan/catalogue.h"
 #include "scan/rows.h"
