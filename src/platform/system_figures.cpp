@@ -4,6 +4,7 @@
 #include <sys/statvfs.h>
 
 #include <climits>
+#include <limits>
 #include <cstdlib>
 
 #include <QFile>
