@@ -16,7 +16,7 @@ runs=${RUNS:-7}
 quarle="$repo/build/src/cli/quarle"
 
 if [[ ! -d "$root" ]]; then
-    python3 "$here/tools/gen_mac_home.py" "$root" "${APPS:-150}" "${ENTRIES:-3000}"
+    python3 "$here/tools/gen_mac_apps.py" "$root" "${APPS:-150}" "${ENTRIES:-3000}"
 fi
 export QUARLE_ROOT="$root/home" QUARLE_SYSTEM_ROOT="$root/system"
 

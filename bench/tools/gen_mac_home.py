@@ -1,102 +1,62 @@
 #!/usr/bin/env python3
-"""Builds a Mac-shaped system and home for the app-scan benchmark.
+"""Writes a Mac-shaped home of about 300,000 small files for timing a scan against a plain walk.
 
-    gen_mac_home.py ROOT [APPS] [LIBRARY_ENTRIES]
+    gen_mac_home.py HOME [SEED]
 
-ROOT/system/Applications holds most apps, ROOT/home/Applications the rest; ROOT/home/Library holds
-LIBRARY_ENTRIES top-level entries spread over the 13 places the app scan reads: items of installed
-apps under every naming form (bundle ID, hyphen, ByHost, savedState, binarycookies, app name,
-developer ID), items of apps that are gone, Apple's own, and unrelated names. Info.plists alternate
-between XML and binary. Deterministic for a given seed.
+Projects with node_modules (some idle for a year), app caches, Xcode build data, package caches,
+documents and photos. File contents are a few KB of zeros, so the tree is about 1.5 GB.
 """
 import os
-import plistlib
 import random
 import sys
+import time
 
-root = sys.argv[1]
-app_count = int(sys.argv[2]) if len(sys.argv) > 2 else 150
-entry_goal = int(sys.argv[3]) if len(sys.argv) > 3 else 3000
-rng = random.Random(20240601)
-
-system_apps = os.path.join(root, "system", "Applications")
-home = os.path.join(root, "home")
-library = os.path.join(home, "Library")
-places = ["Application Support", "Caches", "Preferences", "Containers", "Group Containers", "HTTPStorages",
-          "WebKit", "Saved Application State", "Logs", "Application Scripts", "LaunchAgents", "Cookies",
-          "Preferences/ByHost"]
-words = ["Night", "Owl", "Paper", "Studio", "Pixel", "Note", "Cloud", "Sync", "Code", "Forge", "Mail", "Photo",
-         "Sound", "Map", "Task", "Pilot", "Vault", "Frame", "Draw", "Shell"]
-firsts = ["com", "org", "net", "io", "dev", "app", "co"]
+home = sys.argv[1]
+rng = random.Random(int(sys.argv[2]) if len(sys.argv) > 2 else 12345)
+count = 0
+old = time.time() - 400 * 86400
+block = b"\0" * 16384
 
 
-def write(path, size):
-    os.makedirs(os.path.dirname(path), exist_ok=True)
-    with open(path, "wb") as f:
-        f.write(b"q" * size)
+def files(folder, n, depth=2, fanout=8, age=None):
+    """n files spread over a tree of `depth` levels below folder."""
+    global count
+    for i in range(n):
+        parts = [folder] + ["d%d" % rng.randrange(fanout) for _ in range(depth)]
+        d = os.path.join(*parts)
+        os.makedirs(d, exist_ok=True)
+        path = os.path.join(d, "f%d" % i)
+        with open(path, "wb") as f:
+            f.write(block[: rng.choice((512, 2048, 4096, 8192, 16384))])
+        if age:
+            os.utime(path, (age, age))
+        count += 1
 
 
-def folder(path, files):
-    for i in range(files):
-        write(os.path.join(path, "f%d" % i), rng.choice([900, 4000, 16000, 70000]))
+def project(root, name, modules, idle):
+    p = os.path.join(root, name)
+    files(os.path.join(p, "node_modules"), modules, depth=3, fanout=10)
+    files(os.path.join(p, "src"), 150, depth=2, fanout=4)
+    with open(os.path.join(p, "package.json"), "w") as f:
+        f.write("{}")
+    if idle:
+        for dirpath, dirnames, filenames in os.walk(p, topdown=False):
+            for n in filenames + dirnames:
+                os.utime(os.path.join(dirpath, n), (old, old), follow_symlinks=False)
 
 
-# Apps: vendors shared by two or three apps now and then, as real makers ship suites.
-apps = []
-vendors = ["%s.maker%d" % (rng.choice(firsts), i) for i in range(app_count * 2 // 3)]
-for i in range(app_count):
-    name = "%s %s %d" % (rng.choice(words), rng.choice(words), i)
-    bundle_id = "%s.%s" % (rng.choice(vendors), name.replace(" ", "").lower())
-    where = system_apps if i % 8 else os.path.join(home, "Applications")
-    bundle = os.path.join(where, name + ".app")
-    info = {"CFBundleIdentifier": bundle_id, "CFBundleName": name, "CFBundleExecutable": "main"}
-    os.makedirs(os.path.join(bundle, "Contents"), exist_ok=True)
-    with open(os.path.join(bundle, "Contents", "Info.plist"), "wb") as f:
-        plistlib.dump(info, f, fmt=plistlib.FMT_BINARY if i % 2 else plistlib.FMT_XML)
-    write(os.path.join(bundle, "Contents", "MacOS", "main"), rng.randint(100_000, 3_000_000))
-    folder(os.path.join(bundle, "Contents", "Resources"), rng.randint(10, 60))
-    folder(os.path.join(bundle, "Contents", "Frameworks", "Kit.framework", "Versions", "A"), rng.randint(2, 10))
-    apps.append((name, bundle_id))
-
-entries = 0
-
-
-def entry(place, name, is_folder):
-    global entries
-    path = os.path.join(library, place, name)
-    if os.path.exists(path):
-        return
-    if is_folder:
-        folder(path, rng.randint(1, 8))
-    else:
-        write(path, rng.choice([300, 2000, 9000]))
-    entries += 1
-
-
-for name, bundle_id in apps:
-    entry("Preferences", bundle_id + ".plist", False)
-    entry("Caches", bundle_id, True)
-    entry("Application Support", name, True)
-    if rng.random() < 0.5:
-        entry("Saved Application State", bundle_id + ".savedState", True)
-        entry("HTTPStorages", bundle_id, True)
-        entry("Preferences/ByHost", bundle_id + ".0A1B2C3D-1111-2222-3333-%012d.plist" % rng.randint(0, 10**9), False)
-    if rng.random() < 0.3:
-        entry("Containers", bundle_id, True)
-        entry("Caches", bundle_id + "-helper", True)
-        entry("Cookies", bundle_id + ".binarycookies", False)
-        entry("Logs", name + " Logs", True)
-        entry("Group Containers", "ABCDE%05d.%s" % (rng.randint(0, 99999), bundle_id), True)
-
-while entries < entry_goal:
-    kind = rng.random()
-    place = rng.choice(places)
-    if kind < 0.4:  # an app that is gone
-        gone = "%s.gone%d.%s" % (rng.choice(firsts), rng.randint(0, 400), rng.choice(words).lower())
-        entry(place, gone + (".plist" if place.startswith("Preferences") else ""), not place.startswith("Preferences"))
-    elif kind < 0.6:
-        entry(place, "com.apple.%s%d" % (rng.choice(words), rng.randint(0, 10**6)), rng.random() < 0.5)
-    else:
-        entry(place, "%s %s Data %d" % (rng.choice(words), rng.choice(words), rng.randint(0, 10**6)), rng.random() < 0.5)
-
-print("%d apps, %d Library entries" % (len(apps), entries))
+for i in range(30):
+    project(os.path.join(home, "Projects"), "app%02d" % i, 5000, idle=i % 3 == 0)
+for i in range(40):
+    files(os.path.join(home, "Library/Caches/com.example.app%02d" % i), 1000)
+files(os.path.join(home, "Library/Caches/Homebrew"), 2000)
+files(os.path.join(home, "Library/Caches/com.apple.Safari"), 2000)
+for i in range(3):
+    files(os.path.join(home, "Library/Developer/Xcode/DerivedData/App%d-abcdefghijklmnopqrstuvwxyzab" % i), 5000, depth=3)
+files(os.path.join(home, ".npm/_cacache"), 30000, depth=3, fanout=16)
+files(os.path.join(home, "Library/Application Support"), 20000, depth=3)
+files(os.path.join(home, "Documents"), 15000, depth=3)
+files(os.path.join(home, "Pictures"), 10000)
+files(os.path.join(home, "Music"), 5000)
+files(os.path.join(home, "Downloads"), 200, depth=0)
+print("%d files written in %s" % (count, home))

@@ -13,10 +13,12 @@ int main(int argc, char** argv) {
 
     QStringList args;
     for (int i = 1; i < argc; ++i) args.append(Paths::fromBytes(QByteArray(argv[i])));
-    if (args.isEmpty() || args.first() == QLatin1String("help") || args.first() == QLatin1String("--help") ||
+    // Without a verb Quarle reports on the home folder; there is no window yet to open on a display.
+    if (args.isEmpty()) return runReport({});
+    if (args.first() == QLatin1String("help") || args.first() == QLatin1String("--help") ||
         args.first() == QLatin1String("-h")) {
         printUsage();
-        return args.isEmpty() ? 2 : 0;
+        return 0;
     }
     const QString verb = args.takeFirst();
     for (const Verb& v : verbs())

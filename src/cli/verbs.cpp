@@ -12,6 +12,8 @@ const QList<Verb>& verbs() {
          runOrphans},
         {"login-items", "login-items [--json]", "Launch agents and daemons that start at login or boot.",
          runLoginItems},
+        {"report", "report [--json]",
+         "Scans the home folder: the disk bar, what can be cleared, System Data.", runReport},
     };
     return all;
 }

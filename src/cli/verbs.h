@@ -19,3 +19,4 @@ int runDu(const QStringList& args);
 int runApps(const QStringList& args);
 int runOrphans(const QStringList& args);
 int runLoginItems(const QStringList& args);
+int runReport(const QStringList& args);

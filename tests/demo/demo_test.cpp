@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+
+#include "demo/demo.h"
+#include "scan/catalogue.h"
+#include "scan/extras.h"
+#include "scan/scanner.h"
+#include "support/sandbox.h"
+
+namespace {
+const QDateTime now = QDateTime(QDate(2024, 6, 1), QTime(12, 0), Qt::UTC);
+}
+
+TEST(Demo, ADeterministicMachineWithSomethingForEveryRow) {
+    Sandbox::clearHome();
+    const ScanData data = Demo::scanData(now);
+    EXPECT_EQ(Demo::scanData(now), data);
+    EXPECT_EQ(Demo::volume(), Demo::volume());
+    const ScanResult r = Scanner::derive(data, Demo::volume());
+
+    QStringList found;
+    for (const Finding& f : r.findings) {
+        found.append(f.id);
+        EXPECT_GT(f.bytes, 0) << f.id.toStdString();
+    }
+    for (const Catalogue::Rule& rule : Catalogue::rules()) EXPECT_TRUE(found.contains(rule.id)) << rule.id.toStdString();
+    for (const QString& id : Scanner::extraIDs()) EXPECT_TRUE(found.contains(id)) << id.toStdString();
+    EXPECT_TRUE(found.contains("trash"));
+
+    // A 1 TB developer's Mac with a few hundred gigabytes used, System Data broken down fully.
+    const Volume v = Demo::volume();
+    EXPECT_GT(v.total, 900'000'000'000);
+    EXPECT_GT(v.used(), 200'000'000'000);
+    EXPECT_LT(v.used(), 700'000'000'000);
+    EXPECT_GT(v.purgeable(), 0);
+    qint64 rows = 0;
+    for (const SystemPart& p : r.system) rows += p.bytes;
+    EXPECT_EQ(rows, r.systemTotal);
+    EXPECT_EQ(r.system.size(), 12);  // every row has something
+    EXPECT_EQ(r.strata.size(), 9);
+
+    // Invented, never read: the home folder of this run stays empty.
+    EXPECT_TRUE(QDir(Sandbox::home()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
+}
+
+TEST(Demo, AppsLoginItemsAndHistoryOfEveryKind) {
+    QSet<Confidence> confidences;
+    for (const InstalledApp& app : Demo::apps(now))
+        for (const Leftover& l : app.leftovers) confidences.insert(l.confidence);
+    for (const Orphan& o : Demo::orphans())
+        for (const Leftover& l : o.leftovers) confidences.insert(l.confidence);
+    EXPECT_EQ(confidences, QSet<Confidence>({Confidence::sure, Confidence::likely, Confidence::yours}));
+    EXPECT_GE(Demo::orphans().size(), 2);
+
+    QSet<LoginItem::Kind> kinds;
+    bool disabled = false, missing = false, admin = false;
+    for (const LoginItem& item : Demo::loginItems()) {
+        kinds.insert(item.kind);
+        disabled |= !item.enabled;
+        missing |= item.missing;
+        admin |= item.needsAdmin;
+    }
+    EXPECT_EQ(kinds.size(), 4);
+    EXPECT_TRUE(disabled && missing && admin);
+
+    QSet<HistoryEntry::State> states;
+    QDateTime previous = now.addDays(1);
+    for (const HistoryEntry& e : Demo::history(now)) {
+        states.insert(e.state);
+        EXPECT_LT(e.date, previous);  // newest first
+        previous = e.date;
+        EXPECT_FALSE(e.id.isNull());
+    }
+    EXPECT_EQ(states.size(), 4);
+    EXPECT_EQ(Demo::history(now), Demo::history(now));
+}

@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include "core/json.h"
+#include "support/files.h"
+#include "support/mac_home.h"
+#include "support/run_quarle.h"
+#include "support/sandbox.h"
+
+namespace {
+
+QStringList ids(const QJsonValue& result) {
+    QStringList out;
+    for (const QJsonValue& f : result.toObject().value("findings").toArray()) out.append(f.toObject().value("id").toString());
+    return out;
+}
+
+QStringList systemNames(const QJsonValue& result) {
+    QStringList out;
+    for (const QJsonValue& f : result.toObject().value("system").toArray()) out.append(f.toObject().value("name").toString());
+    return out;
+}
+
+}  // namespace
+
+TEST(Report, PipedItPrintsOnlyTheResult) {
+    const QString root = Sandbox::scratch("machome");
+    MacHome mac(root);
+    mac.everything();
+    const QByteArray env = "QUARLE_ROOT=" + Files::bytes(root);
+    const Ran ran = runQuarle({"report"}, {env});
+    ASSERT_EQ(ran.status, 0) << ran.err.toStdString();
+    EXPECT_EQ(ran.err, QByteArray());
+    const QString out = QString::fromUtf8(ran.out);
+    EXPECT_FALSE(out.contains('\r'));  // no live line when piped
+    EXPECT_FALSE(out.contains("Scanning"));
+    EXPECT_TRUE(out.startsWith("Quarle report for " + root + "\n")) << out.toStdString();
+    for (const char* piece : {"\nClear now: ", "\nYour call: ", "\nKept for you: ", "\nSystem Data: ", "  App caches ",
+                              "~/Library/Caches · 4 folders", "Comes back by itself", "\nScanned "})
+        EXPECT_TRUE(out.contains(piece)) << piece;
+    // Without a verb Quarle reports too.
+    const Ran bare = runQuarle({}, {env});
+    EXPECT_EQ(bare.status, 0);
+    EXPECT_TRUE(bare.out.startsWith("Quarle report for "));
+}
+
+TEST(Report, JsonOfAFixtureHomeAndOfTheDemonstration) {
+    const QString root = Sandbox::scratch("machome");
+    MacHome mac(root);
+    mac.everything();
+    const Ran ran = runQuarle({"report", "--json"}, {"QUARLE_ROOT=" + Files::bytes(root)});
+    ASSERT_EQ(ran.status, 0) << ran.err.toStdString();
+    const auto json = parseJson(ran.out);
+    ASSERT_TRUE(json);
+    EXPECT_EQ(json->toObject().value("home").toObject().value("bytes").toInteger(), mac.bytesUnder(""));
+    // Another root is not this machine's home: its own Applications folder is looked at, and
+    // nothing outside it (no temporary folder, no swap) is measured.
+    EXPECT_TRUE(ids(*json).contains("macosinstallers"));
+    EXPECT_FALSE(systemNames(*json).contains("Temporary files"));
+    EXPECT_FALSE(systemNames(*json).contains("Swap and sleep image"));
+    EXPECT_EQ(json->toObject().value("snapshots").toArray().size(), 0);
+
+    const Ran demo = runQuarle({"report", "--json"}, {"QUARLE_DEMO=1"});
+    ASSERT_EQ(demo.status, 0) << demo.err.toStdString();
+    const auto demoJson = parseJson(demo.out);
+    ASSERT_TRUE(demoJson);
+    EXPECT_EQ(demoJson->toObject().value("volume").toObject().value("name").toString(), "Macintosh HD");
+    EXPECT_EQ(ids(*demoJson).size(), 22 + 5 + 1);  // every rule, every extra and the Trash
+
+    EXPECT_EQ(runQuarle({"report", "--tree"}).status, 2);
+}

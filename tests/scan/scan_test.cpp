@@ -1,0 +1,281 @@
+#include <gtest/gtest.h>
+
+#include <QMutex>
+#include <cstdio>
+
+#include "core/home.h"
+#include "core/paths.h"
+#include "scan/catalogue.h"
+#include "scan/extras.h"
+#include "scan/scanner.h"
+#include "support/files.h"
+#include "support/mac_home.h"
+#include "support/sandbox.h"
+
+namespace {
+
+struct Scanned {
+    ScanData data;
+    ScanResult result;
+    QList<std::pair<qint64, QList<EarlyRow>>> early;
+};
+
+const Volume volume{"Disk", 1'000'000'000'000, 500'000'000'000, 500'000'000'000};
+
+Scanned scanHome() {
+    Scanned s;
+    QMutex lock;
+    WalkProgress progress;
+    s.data = Scanner::scan(progress, {}, [&](qint64 seq, const QList<EarlyRow>& rows) {
+        QMutexLocker guard(&lock);
+        s.early.append({seq, rows});
+    });
+    s.result = Scanner::derive(s.data, volume);
+    return s;
+}
+
+const Finding* findingOf(const ScanResult& r, const QString& id) {
+    for (const Finding& f : r.findings)
+        if (f.id == id) return &f;
+    return nullptr;
+}
+
+QStringList partNames(const Finding* f) {
+    QStringList names;
+    if (f)
+        for (const Part& p : f->parts) names.append(p.name);
+    names.sort();
+    return names;
+}
+
+void moveTo(const QString& from, const QString& to) {
+    Files::makeDirs(Paths::parentOf(to));
+    ASSERT_EQ(std::rename(Files::bytes(from).constData(), Files::bytes(to).constData()), 0);
+}
+
+// What a test compares between a re-derived result and a fresh one: every figure, not the dates.
+struct Figures {
+    QList<std::tuple<QString, qint64, QStringList, QList<qint64>>> findings;
+    QList<DiskPart> strata;
+    QList<SystemPart> system;
+    qint64 home = 0;
+    bool operator==(const Figures&) const = default;
+};
+
+Figures figures(const ScanResult& r) {
+    Figures f;
+    for (const Finding& x : r.findings) {
+        QStringList paths;
+        QList<qint64> sizes;
+        for (const Part& p : x.parts) {
+            paths.append(p.path);
+            sizes.append(p.bytes);
+        }
+        f.findings.append({x.id, x.bytes, paths, sizes});
+    }
+    f.strata = r.strata;
+    f.system = r.system;
+    f.home = r.home.bytes;
+    return f;
+}
+
+void PrintTo(const Figures& f, std::ostream* os) {
+    for (const auto& [id, bytes, paths, sizes] : f.findings) *os << id.toStdString() << "=" << bytes << " ";
+    *os << "home=" << f.home;
+}
+
+}  // namespace
+
+TEST(Scan, FindingsOnAMacShapedHome) {
+    Sandbox::clearHome();
+    MacHome mac(Sandbox::home());
+    mac.everything();
+    const Scanned s = scanHome();
+    const ScanResult& r = s.result;
+    EXPECT_EQ(r.home.name, "Home");
+    EXPECT_EQ(r.home.path, Sandbox::home());
+    EXPECT_EQ(r.home.bytes, mac.bytesUnder(""));
+
+    // Every rule with a folder gives its row with exactly the bytes written there.
+    const qint64 ownRows = mac.bytesUnder("Library/Caches/Homebrew") + mac.bytesUnder("Library/Caches/Yarn") +
+                           mac.bytesUnder("Library/Caches/pip") + mac.bytesUnder("Library/Caches/CocoaPods") +
+                           mac.bytesUnder("Library/Caches/ms-playwright") + mac.bytesUnder("Library/Caches/org.swift.swiftpm") +
+                           mac.bytesUnder("Library/Caches/pnpm") + mac.bytesUnder("Library/Caches/go-build") +
+                           mac.bytesUnder("Library/Caches/JetBrains");
+    const qint64 apple = mac.bytesUnder("Library/Caches/com.apple.Safari") + mac.bytesUnder("Library/Caches/com.apple.bird");
+    const QMap<QString, qint64> expected{
+        {"caches", mac.bytesUnder("Library/Caches") - ownRows - apple},
+        {"logs", mac.bytesUnder("Library/Logs")},
+        {"derived", mac.bytesUnder("Library/Developer/Xcode/DerivedData")},
+        {"simcaches", mac.bytesUnder("Library/Developer/CoreSimulator/Caches")},
+        {"homebrew", mac.bytesUnder("Library/Caches/Homebrew")},
+        {"yarn", mac.bytesUnder("Library/Caches/Yarn")},
+        {"npm", mac.bytesUnder(".npm")},
+        {"pip", mac.bytesUnder("Library/Caches/pip") + mac.bytesUnder(".cache/pip") + mac.bytesUnder(".cache/uv")},
+        {"swiftpm", mac.bytesUnder("Library/Caches/org.swift.swiftpm")},
+        {"cocoapods", mac.bytesUnder("Library/Caches/CocoaPods")},
+        {"gradle", mac.bytesUnder(".gradle/caches")},
+        {"gobuild", mac.bytesUnder("Library/Caches/go-build")},
+        {"jetbrains", mac.bytesUnder("Library/Caches/JetBrains")},
+        {"devicesupport", mac.bytesUnder("Library/Developer/Xcode/iOS DeviceSupport") +
+                              mac.bytesUnder("Library/Developer/Xcode/watchOS DeviceSupport")},
+        {"archives", mac.bytesUnder("Library/Developer/Xcode/Archives")},
+        {"playwright", mac.bytesUnder("Library/Caches/ms-playwright") + mac.bytesUnder(".cache/puppeteer")},
+        {"pnpm", mac.bytesUnder("Library/pnpm/store") + mac.bytesUnder("Library/Caches/pnpm")},
+        {"cargo", mac.bytesUnder(".cargo/registry")},
+        {"huggingface", mac.bytesUnder(".cache/huggingface")},
+        {"backups", mac.bytesUnder("Library/Application Support/MobileSync/Backup")},
+        {"ollama", mac.bytesUnder(".ollama/models")},
+        {"docker", mac.bytesUnder("Library/Containers/com.docker.docker/Data/vms")},
+        {"nodemodules", mac.bytesUnder("Projects/old-shop/node_modules") + mac.bytesUnder("Documents/GitHub/recipes/node_modules")},
+        {"installers", mac.bytesUnder("Downloads/Firefox 121.0.dmg") + mac.bytesUnder("Downloads/Zoom.pkg")},
+        {"unfinished", mac.bytesUnder("Downloads/ubuntu.iso.crdownload")},
+    };
+    QMap<QString, qint64> found;
+    for (const Finding& f : r.findings) {
+        found.insert(f.id, f.bytes);
+        qint64 parts = 0;
+        for (const Part& p : f.parts) parts += p.bytes;
+        EXPECT_EQ(parts, f.bytes) << f.id.toStdString();  // every byte of a row can be cleared through its parts
+    }
+    EXPECT_EQ(found, expected);
+
+    // Parts: the items inside listing rows, loose small files included; whole folders otherwise.
+    EXPECT_EQ(partNames(findingOf(r, "caches")),
+              QStringList({"com.applesauce", "com.spotify.client", "loose-cache.db", "org.mozilla.firefox"}));
+    EXPECT_EQ(partNames(findingOf(r, "logs")), QStringList({"DiagnosticReports", "fsck_hfs.log", "install.log"}));
+    EXPECT_EQ(partNames(findingOf(r, "derived")), QStringList({"ModuleCache.noindex", "OldShop", "Quarle"}));
+    EXPECT_EQ(partNames(findingOf(r, "devicesupport")),
+              QStringList({"Watch6,1 10.1 (21S71)", "iPhone15,2 16.4 (20E247)", "iPhone15,2 17.1 (21B80)"}));
+    EXPECT_EQ(partNames(findingOf(r, "playwright")), QStringList({"chrome", "chromium-1091"}));
+    EXPECT_EQ(partNames(findingOf(r, "npm")), QStringList({"~/.npm/_cacache", "~/.npm/_npx"}));
+    const Finding* derived = findingOf(r, "derived");
+    for (const Part& p : derived->parts)
+        if (p.name == "OldShop") EXPECT_EQ(p.note, "changed 5 weeks ago");
+    EXPECT_EQ(findingOf(r, "caches")->place, "~/Library/Caches · 4 folders");
+    EXPECT_EQ(findingOf(r, "pip")->place, "~/Library/Caches/pip and 2 more");
+
+    // The extras: an idle project's node_modules, not a fresh one's; installers with the app that
+    // is installed; only the partial download that stopped more than a day ago.
+    EXPECT_EQ(partNames(findingOf(r, "nodemodules")), QStringList({"~/Documents/GitHub/recipes", "~/Projects/old-shop"}));
+    EXPECT_EQ(findingOf(r, "nodemodules")->place, "~/Projects and 1 more · 2 folders");
+    const Finding* installers = findingOf(r, "installers");
+    ASSERT_TRUE(installers);
+    EXPECT_EQ(installers->place, "~/Downloads · 2 files");
+    for (const Part& p : installers->parts)
+        EXPECT_EQ(p.note, p.name == "Zoom.pkg" ? "downloaded 2 months ago" : "downloaded 5 months ago · Firefox is installed");
+    EXPECT_EQ(findingOf(r, "unfinished")->parts[0].note, "stopped 9 days ago");
+    // The account's own home looks for macOS installers in /Applications only.
+    EXPECT_FALSE(findingOf(r, "macosinstallers"));
+    const auto macOS = Scanner::macOSInstallers(Home::at("Applications"), QDateTime::currentDateTimeUtc());
+    ASSERT_TRUE(macOS);
+    EXPECT_EQ(macOS->place, "~/Applications · 1 installer");
+    EXPECT_EQ(macOS->bytes, mac.bytesUnder("Applications/Install macOS Sonoma.app"));
+    EXPECT_EQ(macOS->parts[0].note, "downloaded 7 months ago");
+    EXPECT_FALSE(findingOf(r, "unavailablesims"));  // no simctl here
+    EXPECT_FALSE(findingOf(r, "trash"));  // no Trash yet
+
+    // No byte is offered twice: no part lies inside another.
+    QStringList all;
+    for (const Finding& f : r.findings)
+        for (const Part& p : f.parts) all.append(p.path);
+    for (const QString& a : all)
+        for (const QString& b : all)
+            if (&a != &b) EXPECT_FALSE(Paths::isWithin(a, b)) << a.toStdString() << " in " << b.toStdString();
+
+    // Order: bucket, then size.
+    for (qsizetype i = 1; i < r.findings.size(); ++i) {
+        const Finding& a = r.findings[i - 1];
+        const Finding& b = r.findings[i];
+        EXPECT_TRUE(a.bucket < b.bucket || (a.bucket == b.bucket && a.bytes >= b.bytes)) << b.id.toStdString();
+    }
+}
+
+TEST(Scan, EarlyRowsFollowTheWalk) {
+    Sandbox::clearHome();
+    MacHome mac(Sandbox::home());
+    mac.everything();
+    const Scanned s = scanHome();
+    ASSERT_FALSE(s.early.isEmpty());
+    qint64 newest = 0;
+    QList<EarlyRow> rows;
+    for (const auto& [seq, list] : s.early)
+        if (seq > newest) {
+            newest = seq;
+            rows = list;
+        }
+    EXPECT_EQ(newest, s.early.size());
+    QMap<QString, qint64> sizes;
+    for (const EarlyRow& row : rows) {
+        EXPECT_NE(row.bucket, Bucket::keep);
+        EXPECT_GT(row.bytes, 0);
+        EXPECT_TRUE(row.done);
+        sizes.insert(row.id, row.bytes);
+    }
+    // Folders the walk summed whole are exact already; caches never holds the own rows' bytes.
+    EXPECT_EQ(sizes.value("derived"), mac.bytesUnder("Library/Developer/Xcode/DerivedData"));
+    EXPECT_EQ(sizes.value("homebrew"), mac.bytesUnder("Library/Caches/Homebrew"));
+    EXPECT_LE(sizes.value("caches"), findingOf(s.result, "caches")->bytes);
+    EXPECT_FALSE(sizes.contains("backups"));
+}
+
+TEST(Scan, MissingFoldersGiveNothing) {
+    Sandbox::clearHome();
+    MacHome mac(Sandbox::home());
+    mac.file("Documents/letter.txt", 8192);
+    Files::makeDirs(Sandbox::home() + "/Library/Caches");  // there, but empty
+    Files::makeDirs(Sandbox::home() + "/Downloads");
+    Files::symlink("/usr", Sandbox::home() + "/.gradle");  // a link is never followed
+    const Scanned s = scanHome();
+    EXPECT_EQ(s.result.findings, QList<Finding>());
+    EXPECT_EQ(s.data.extras, QList<Finding>());
+    EXPECT_FALSE(s.data.home.find(Sandbox::home() + "/.gradle/caches"));
+}
+
+TEST(Scan, ReDerivingAfterRemovedRestoredAndEmptiedGivesWhatAFreshScanGives) {
+    Sandbox::clearHome();
+    MacHome mac(Sandbox::home());
+    mac.everything();
+    Scanned first = scanHome();
+    ScanData data = first.data;
+    const Finding caches = *findingOf(first.result, "caches");
+    const Finding installers = *findingOf(first.result, "installers");
+    const Finding derived = *findingOf(first.result, "derived");
+    const Part spotify = *std::find_if(caches.parts.begin(), caches.parts.end(), [](const Part& p) { return p.name == "com.spotify.client"; });
+    const Part zoom = *std::find_if(installers.parts.begin(), installers.parts.end(), [](const Part& p) { return p.name == "Zoom.pkg"; });
+    const Part firefox = *std::find_if(installers.parts.begin(), installers.parts.end(), [](const Part& p) { return p.name != "Zoom.pkg"; });
+    const Part oldShop = *std::find_if(derived.parts.begin(), derived.parts.end(), [](const Part& p) { return p.name == "OldShop"; });
+    const QString trash = Scanner::trashFiles();
+
+    // Three items go to the Trash: a folder the tree holds, an installer, and a folder below the walk's depth.
+    for (const auto& [finding, part] : {std::pair{caches, spotify}, std::pair{installers, zoom}, std::pair{installers, firefox},
+                                       std::pair{derived, oldShop}}) {
+        const QString to = trash + "/" + Paths::lastComponent(part.path);
+        moveTo(part.path, to);
+        data.removed(finding, part, to);
+    }
+    data.quarleTrash = 0;  // what the history would say is not the point here
+    Scanned fresh = scanHome();
+    EXPECT_EQ(figures(Scanner::derive(data, volume)), figures(fresh.result));
+    EXPECT_FALSE(findingOf(Scanner::derive(data, volume), "installers"));  // its last item went
+    EXPECT_EQ(findingOf(fresh.result, "trash")->bytes, spotify.bytes + zoom.bytes + firefox.bytes + oldShop.bytes);
+    EXPECT_EQ(data.parked.size(), 4);
+
+    // Two come back.
+    for (const Part& part : {zoom, spotify}) {
+        moveTo(trash + "/" + Paths::lastComponent(part.path), part.path);
+        EXPECT_TRUE(data.restored(part.path));
+    }
+    EXPECT_FALSE(data.restored(spotify.path));  // nothing parked there any more
+    fresh = scanHome();
+    EXPECT_EQ(figures(Scanner::derive(data, volume)), figures(fresh.result));
+
+    // The Trash is emptied.
+    const qint64 left = firefox.bytes + oldShop.bytes;
+    Files::removeTree(trash);
+    Files::makeDirs(trash);
+    data.emptied(left);
+    fresh = scanHome();
+    EXPECT_EQ(figures(Scanner::derive(data, volume)), figures(fresh.result));
+    EXPECT_EQ(data.quarleTrash, 0);
+}

@@ -1,0 +1,50 @@
+#pragma once
+// Builds Mac-shaped home folders with known sizes: Library/Caches with own-row and com.apple.
+// folders, Xcode data, package caches, Downloads with installers and partial downloads, code roots
+// with idle and recent projects. Every file written is remembered with its allocated bytes, so a
+// test can ask what any folder should measure.
+
+#include <QDateTime>
+#include <QMap>
+#include <QString>
+
+class MacHome {
+public:
+    // Builds under `root` (usually Sandbox::home() after Sandbox::clearHome()); dates count back
+    // from `now`.
+    explicit MacHome(QString root, QDateTime now = QDateTime::currentDateTimeUtc());
+
+    QString at(const QString& relative) const;
+    // Writes a file of `size` bytes of real data, `ageDays` old; returns its allocated bytes.
+    qint64 file(const QString& relative, qint64 size, double ageDays = 1);
+    // Sets the modification date of a file or folder.
+    void age(const QString& relative, double ageDays);
+    // Allocated bytes of the files written at or below `relative` ("" for all).
+    qint64 bytesUnder(const QString& relative) const;
+
+    // Library/Caches: two apps' caches (one with a file over 1 MB), macOS's own caches, a
+    // com.applesauce folder, a loose small file, and every folder that has a row of its own.
+    void appCaches();
+    // Library/Logs with a subfolder and loose small files.
+    void logs();
+    // DerivedData with a recent and an old project, device support for two devices, archives,
+    // simulator caches.
+    void xcode();
+    // npm, pip, uv, Gradle, cargo, pnpm, Hugging Face and Puppeteer downloads.
+    void packageCaches();
+    // Device backups, Ollama models and the Docker disk.
+    void keptData();
+    // Downloads: installers (Firefox's app is installed), an old and a fresh partial download.
+    void downloads();
+    // Applications: Firefox.app and a macOS installer.
+    void applications();
+    // Projects/old-shop idle for 200 days, Projects/fresh touched yesterday, Documents/GitHub/recipes idle.
+    void codeRoots();
+    // All of the above.
+    void everything();
+
+private:
+    QString root_;
+    QDateTime now_;
+    QMap<QString, qint64> written_;  // relative path → allocated bytes
+};
