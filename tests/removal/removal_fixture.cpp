@@ -81,7 +81,9 @@ void expectEachOnce(const QStringList& originals, const QStringList& trashRoots,
         for (const TrashItem& item : inTrash) {
             if (item.original != original) continue;
             ++places;
-            if (recorded) EXPECT_TRUE(inHistory.contains(original + "\n" + item.trashed)) << "not in History: " << item.trashed.toStdString();
+            if (recorded) {
+                EXPECT_TRUE(inHistory.contains(original + "\n" + item.trashed)) << item.trashed.toStdString();
+            }
         }
         EXPECT_EQ(places, 1) << original.toStdString();
     }
