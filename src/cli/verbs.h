@@ -16,3 +16,8 @@ const QList<Verb>& verbs();
 void printUsage();
 
 int runDu(const QStringList& args);
+int runTrash(const QStringList& args);
+int runHistory(const QStringList& args);
+int runRestore(const QStringList& args);
+int runEmpty(const QStringList& args);
+int runExpire(const QStringList& args);
