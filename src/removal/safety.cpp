@@ -13,6 +13,12 @@
 
 namespace {
 
+const QStringList systemRoots{
+    QStringLiteral("/"), QStringLiteral("/Applications"), QStringLiteral("/Users"), QStringLiteral("/System"),
+    QStringLiteral("/Library"),
+};
+
+// Folders under home that may never be removed themselves.
 const QStringList rootNames{
     QStringLiteral("Library"), QStringLiteral("Documents"), QStringLiteral("Desktop"),
     QStringLiteral("Downloads"), QStringLiteral("Pictures"), QStringLiteral("Movies"),
@@ -47,6 +53,20 @@ std::mutex runningLock;
 Safety::RunningSource& runningSource() {
     static Safety::RunningSource source = RunningApps::ids;
     return source;
+}
+
+// The home Trash stands in for ~/.Trash: the folder itself and its two halves stay.
+QSet<QString> trashRoots() {
+    const QString trash = Safety::realPath(Home::trashFolder()).value_or(Home::trashFolder());
+    return {trash, trash + QStringLiteral("/files"), trash + QStringLiteral("/info")};
+}
+
+// roots(home).contains(real), resolving the Trash folder only for a path that may be one of it.
+bool isRoot(const QString& real, const QString& home) {
+    static const QSet<QString> trashNames{QStringLiteral("Trash"), QStringLiteral("files"), QStringLiteral("info")};
+    if (trashNames.contains(Paths::lastComponent(real))) return Safety::roots(home).contains(real);
+    return real == home || systemRoots.contains(real) ||
+           (real.startsWith(home + QLatin1Char('/')) && rootNames.contains(real.mid(home.size() + 1)));
 }
 
 QString extensionOf(const QString& name) {
@@ -126,14 +146,10 @@ std::optional<QString> realPath(const QString& path) {
 }
 
 QSet<QString> roots(const QString& home) {
-    QSet<QString> all{home, QStringLiteral("/"), QStringLiteral("/Applications"), QStringLiteral("/Users"),
-                      QStringLiteral("/System"), QStringLiteral("/Library")};
+    QSet<QString> all{home};
+    for (const QString& root : systemRoots) all.insert(root);
     for (const QString& name : rootNames) all.insert(home + QLatin1Char('/') + name);
-    // The home Trash stands in for ~/.Trash: the folder itself and its two halves stay.
-    const QString trash = realPath(Home::trashFolder()).value_or(Home::trashFolder());
-    all.insert(trash);
-    all.insert(trash + QStringLiteral("/files"));
-    all.insert(trash + QStringLiteral("/info"));
+    all.unite(trashRoots());
     return all;
 }
 
@@ -203,7 +219,7 @@ Verdict check(const QString& path, const QString& home, const QSet<QString>& app
         return refuse(Refusal::Kind::outside);
     }
 
-    if (roots(realHome).contains(real)) return refuse(Refusal::Kind::protected_);
+    if (isRoot(real, realHome)) return refuse(Refusal::Kind::protected_);
 
     const QString relative = underHome ? real.mid(realHome.size() + 1) : real;
     const bool inLibrary = underHome && relative.startsWith(QLatin1String("Library/"));

@@ -102,8 +102,9 @@ QString uidText() { return QString::number(::geteuid()); }
 
 std::optional<TrashCan> home(bool create) {
     const QString root = Home::trashFolder();
-    if (create && !Dirs::makeDirs(root, 0700)) return std::nullopt;
-    const UniqueFd fd(::open(Paths::toBytes(root).constData(), dirFlags));
+    UniqueFd fd(::open(Paths::toBytes(root).constData(), dirFlags));
+    if (!fd && errno == ENOENT && create && Dirs::makeDirs(root, 0700))
+        fd = UniqueFd(::open(Paths::toBytes(root).constData(), dirFlags));
     if (!fd) return std::nullopt;
     return openCan(fd.get(), root, QString(), create);
 }
