@@ -14,6 +14,7 @@
 #include "measure/walker.h"
 #include "removal/dirs.h"
 #include "removal/remover.h"
+#include "removal/safety.h"
 #include "removal/trash_dirs.h"
 #include "removal/trash_info.h"
 
@@ -36,9 +37,10 @@ std::optional<QByteArray> readInfo(int infoFd, const QByteArray& name, struct st
 
 // Where an item of Quarle's may have come from: inside home, an app straight in /Applications, or
 // (in a top-folder Trash) inside that file system.
-bool plausibleOrigin(const QString& original, const TrashCan& can) {
+bool plausibleOrigin(const QString& original, const TrashCan& can, const QString& realHome) {
     if (!can.isHome()) return Paths::isWithin(original, can.topdir) && original != can.topdir;
-    return (Paths::isWithin(original, Home::path()) && original != Home::path()) ||
+    const auto inside = [&](const QString& folder) { return Paths::isWithin(original, folder) && original != folder; };
+    return inside(Home::path()) || inside(realHome) ||
            (Paths::parentOf(original) == QLatin1String("/Applications") && original.endsWith(QLatin1String(".app")));
 }
 
@@ -75,6 +77,7 @@ int recoverInterrupted(HistoryStore& store) {
     for (const HistoryEntry& e : entries)
         for (const HistoryEntry::Moved& m : e.moved) recorded.insert(m.trashed);
 
+    const QString realHome = Safety::realPath(Home::path()).value_or(Home::path());  // info files hold real paths
     QMap<QUuid, QList<HistoryEntry::Moved>> found;
     QMap<QUuid, QDateTime> firstDate;
     for (const TrashCan& can : trashesToSearch(entries)) {
@@ -87,7 +90,7 @@ int recoverInterrupted(HistoryStore& store) {
             const std::optional<QByteArray> text = readInfo(can.info.get(), infoName, infoStat);
             if (!text) continue;
             const std::optional<TrashInfo::Parsed> info = TrashInfo::parse(*text, can.base());
-            if (!info || info->entry.isNull() || !plausibleOrigin(info->original, can)) continue;  // not Quarle's
+            if (!info || info->entry.isNull() || !plausibleOrigin(info->original, can, realHome)) continue;  // not Quarle's
             struct stat itemStat;
             if (::fstatat(can.files.get(), item.constData(), &itemStat, AT_SYMLINK_NOFOLLOW) != 0) {
                 // Written just before an interruption, the move never happened: the item stayed put.
