@@ -14,3 +14,14 @@ std::optional<Identity> identityAt(int dirFd, const QByteArray& name) {
     if (sx.stx_mask & STATX_BTIME) id.born = double(sx.stx_btime.tv_sec) + double(sx.stx_btime.tv_nsec) / 1e9;
     return id;
 }
+
+HistoryEntry::Moved movedItem(const QString& original, const QString& trashed, qint64 bytes,
+                              const std::optional<Identity>& identity) {
+    HistoryEntry::Moved m{original, trashed, bytes, {}, {}, {}};
+    if (identity) {
+        m.dev = identity->dev;
+        m.ino = identity->ino;
+        m.born = identity->born;
+    }
+    return m;
+}

@@ -98,13 +98,8 @@ int recoverInterrupted(HistoryStore& store) {
                     ::unlinkat(can.info.get(), infoName.constData(), 0);
                 continue;
             }
-            HistoryEntry::Moved m{info->original, trashed, Walker::size(trashed, true).bytes, {}, {}, {}};
-            if (const auto id = identityAt(can.files.get(), item)) {
-                m.dev = id->dev;
-                m.ino = id->ino;
-                m.born = id->born;
-            }
-            found[info->entry].append(m);
+            found[info->entry].append(movedItem(info->original, trashed, Walker::size(trashed, true).bytes,
+                                                identityAt(can.files.get(), item)));
             if (info->deleted && !firstDate.contains(info->entry)) firstDate[info->entry] = info->deleted->toUTC();
         }
     }

@@ -51,7 +51,7 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
     sinceCheckpoint.start();
     qsizetype saved = -1;  // items in the stored copy; -1 before the entry is stored
 
-    const auto store_ = [&] {
+    const auto checkpoint = [&] {
         if (saved < 0)
             store.add(entry);
         else
@@ -71,18 +71,12 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
             out.failed.append(verdict.path);
             continue;
         }
-        HistoryEntry::Moved moved{Paths::standardize(path, home), put->trashed, bytes, {}, {}, {}};
-        if (put->identity) {
-            moved.dev = put->identity->dev;
-            moved.ino = put->identity->ino;
-            moved.born = put->identity->born;
-        }
-        entry.moved.append(std::move(moved));
+        entry.moved.append(movedItem(Paths::standardize(path, home), put->trashed, bytes, put->identity));
         entry.bytes = Checked::add(entry.bytes, bytes);
         const qsizetype count = entry.moved.size();
-        if (count == 1 || count % checkpointEvery == 0 || sinceCheckpoint.elapsed() > checkpointMillis) store_();
+        if (count == 1 || count % checkpointEvery == 0 || sinceCheckpoint.elapsed() > checkpointMillis) checkpoint();
     }
-    if (saved >= 0 ? saved != entry.moved.size() : !entry.moved.isEmpty()) store_();
+    if (saved >= 0 ? saved != entry.moved.size() : !entry.moved.isEmpty()) checkpoint();
 
     if (freeNow && !entry.moved.isEmpty()) {
         for (const HistoryEntry::Moved& m : std::as_const(entry.moved))
