@@ -35,6 +35,15 @@ std::optional<HistoryEntry> find(const QList<HistoryEntry>& entries, const QStri
     return std::nullopt;
 }
 
+std::optional<HistoryEntry> findInTrash(const QList<HistoryEntry>& entries, const QString& text, const QString& doing) {
+    std::optional<HistoryEntry> entry = find(entries, text);
+    if (entry && entry->state != HistoryEntry::State::inTrash) {
+        Out::error(QStringLiteral("Nothing to %1: \"%2\" was %3.").arg(doing, entry->title, stateText(*entry, keepDays())));
+        return std::nullopt;
+    }
+    return entry;
+}
+
 int keepDays() { return Prefs::integer(QStringLiteral("keepDays"), defaultKeepDays); }
 
 QString keepFor(int days) {

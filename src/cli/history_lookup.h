@@ -14,6 +14,10 @@ namespace HistoryLookup {
 // Says why on standard error when there is none.
 std::optional<HistoryEntry> find(const QList<HistoryEntry>& entries, const QString& text);
 
+// The same, for an entry whose items are still in the Trash; otherwise says there is nothing to
+// `doing` ("put back", "empty") and why.
+std::optional<HistoryEntry> findInTrash(const QList<HistoryEntry>& entries, const QString& text, const QString& doing);
+
 // The "keepDays" preference: days Quarle's items stay in the Trash (7 unless set).
 int keepDays();
 // "for 7 days", or "until you empty it" when items are kept for good.

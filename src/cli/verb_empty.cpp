@@ -14,13 +14,9 @@ int runEmpty(const QStringList& args) {
         return 2;
     }
     HistoryStore store;
-    const std::optional<HistoryEntry> entry = HistoryLookup::find(store.entries(), args.first());
+    const std::optional<HistoryEntry> entry =
+        HistoryLookup::findInTrash(store.entries(), args.first(), QStringLiteral("empty"));
     if (!entry) return 1;
-    if (entry->state != HistoryEntry::State::inTrash) {
-        Out::error(QStringLiteral("Nothing to empty: \"%1\" was %2.")
-                       .arg(entry->title, HistoryLookup::stateText(*entry, HistoryLookup::keepDays())));
-        return 1;
-    }
     Remover::empty(*entry, store);
     Out::line(QStringLiteral("Emptied %1. It's free space now.").arg(Fmt::bytes(entry->bytes)));
     return 0;

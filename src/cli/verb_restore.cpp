@@ -12,13 +12,9 @@ int runRestore(const QStringList& args) {
         return 2;
     }
     HistoryStore store;
-    const std::optional<HistoryEntry> entry = HistoryLookup::find(store.entries(), args.first());
+    const std::optional<HistoryEntry> entry =
+        HistoryLookup::findInTrash(store.entries(), args.first(), QStringLiteral("put back"));
     if (!entry) return 1;
-    if (entry->state != HistoryEntry::State::inTrash) {
-        Out::error(QStringLiteral("Nothing to put back: \"%1\" was %2.")
-                       .arg(entry->title, HistoryLookup::stateText(*entry, HistoryLookup::keepDays())));
-        return 1;
-    }
     std::optional<QSet<QString>> only;
     if (args.size() > 1) {
         QSet<QString> originals;
