@@ -61,7 +61,7 @@ TEST_F(TrashCliTest, ListsQuarlesItemsWithTheirPathAndDateAndRestoresThemByteFor
     Files::writeText(home + "/folder/inner/f", "inside");
     paths.append(home + "/folder");
     const QByteArray tree = Fixture::treeHash(home);
-    quarleTrash(paths);
+    const QByteArray id = quarleTrash(paths);
     const QList<HistoryEntry> entries = history();
     ASSERT_EQ(entries.size(), 1);
     const QString date = entries[0].date.toLocalTime().toString("yyyy-MM-dd HH:mm:ss");
@@ -70,7 +70,11 @@ TEST_F(TrashCliTest, ListsQuarlesItemsWithTheirPathAndDateAndRestoresThemByteFor
     expected.sort();
     EXPECT_EQ(trashList(), expected);
 
-    for (const QString& p : paths)
+    // Half come back through Quarle, half through trash-cli.
+    QList<QByteArray> ours{"restore", id};
+    for (const QString& p : paths.mid(0, 4)) ours.append(Paths::toBytes(p));
+    EXPECT_EQ(runQuarle(ours).out, "Put back 4 items where they were.\n");
+    for (const QString& p : paths.mid(4))
         EXPECT_TRUE(Shell::exec({"sh", "-c", "echo 0 | trash-restore \"$1\"", "sh", p}, 60).succeeded());
     const QList<HistoryEntry> after = history();
     EXPECT_EQ(after[0].state, HistoryEntry::State::emptied) << "gone from the Trash, by whatever means";

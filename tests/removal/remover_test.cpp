@@ -213,6 +213,9 @@ TEST_F(RemoverTest, ItemsMovedJustBeforeAnInterruptionAreTakenIntoHistory) {
                                                       entry.id.toByteArray(QUuid::WithoutBraces) + "\n");
     Files::touch(trash + "/info/h.trashinfo", 1'000'000'000);  // the move it announced never happened
     Files::writeText(trash + "/info/i.trashinfo", "[Trash Info]\nPath=" + Files::bytes(home) + "/i\n");
+    Files::writeText(trash + "/files/evil", "x");  // claims to be Quarle's and to come from outside
+    Files::writeText(trash + "/info/evil.trashinfo", "[Trash Info]\nPath=../../../../etc/evil\nX-Quarle-Entry=" +
+                                                         entry.id.toByteArray(QUuid::WithoutBraces) + "\n");
 
     EXPECT_EQ(Remover::recoverInterrupted(partial), 4);
     EXPECT_EQ(partial.current(entry.id)->moved.size(), 5);
@@ -222,6 +225,7 @@ TEST_F(RemoverTest, ItemsMovedJustBeforeAnInterruptionAreTakenIntoHistory) {
     EXPECT_EQ(found->date, lost.date);
     EXPECT_FALSE(Files::exists(trash + "/info/h.trashinfo"));
     EXPECT_TRUE(Files::exists(trash + "/info/i.trashinfo")) << "another tool's, left alone";
+    EXPECT_TRUE(Files::exists(trash + "/info/evil.trashinfo"));
     EXPECT_EQ(Remover::recoverInterrupted(partial), 0);
     Fixture::expectEachOnce(paths, {trash}, partial.entries());
 }

@@ -76,10 +76,18 @@ TEST_F(TrashTest, ClaimsAFreeNameAndNeverReplacesWhatIsInTheTrash) {
 }
 
 TEST_F(TrashTest, CreatesAPrivateHomeTrashAndTrashesTheSamePathAgainUnderNewNames) {
+    const QString cwd = Sandbox::scratch("cwd");
+    ASSERT_EQ(::chdir(Files::bytes(cwd).constData()), 0);
+    const QByteArray xdg = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", "relative/share");  // ignored: not absolute
     QStringList trashed;
     for (int i = 0; i < 3; ++i) trashed.append(Trash::put(file("same"), when, entryId).value_or(Trash::Put{}).trashed);
+    qputenv("XDG_DATA_HOME", xdg);
+    ASSERT_EQ(::chdir("/"), 0);
     EXPECT_EQ(trashed, (QStringList{trash + "/files/same", trash + "/files/same.2", trash + "/files/same.3"}));
-    for (const QString& folder : {trash, trash + "/files", trash + "/info"}) EXPECT_EQ(modeOf(folder), 0700);
+    EXPECT_TRUE(namesIn(cwd).isEmpty());
+    for (const QString& folder : {home + "/.local", home + "/.local/share", trash, trash + "/files", trash + "/info"})
+        EXPECT_EQ(modeOf(folder), 0700);
 
     // A 255-byte name gets a shorter one in the Trash (a whole character shorter) and comes back whole.
     const QString longName = QString(127, QChar(0xe9)) + "x";  // 254 bytes + 1
