@@ -134,5 +134,5 @@ int HistoryStore::saves() const {
 
 void HistoryStore::save() {
     Dirs::makeDirs(Paths::parentOf(url_), 0700);
-    if (AtomicFile::write(url_, encodeJsonList(list_).toText())) ++saves_;
+    if (AtomicFile::write(url_, text_.of(list_))) ++saves_;
 }

@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "core/history_entry.h"
+#include "removal/history_text.h"
 
 class HistoryStore {
 public:
@@ -37,5 +38,6 @@ private:
     const QString url_;
     mutable QMutex lock_;
     QList<HistoryEntry> list_;
+    HistoryText text_;
     int saves_ = 0;
 };

@@ -132,4 +132,28 @@ TEST(HistoryStore, LargeHistoriesRawByteNamesAndConcurrentChangesSurvive) {
     EXPECT_EQ(Paths::toBytes(read.last().moved[0].original), QByteArray("/h/caf\xe9\n\"x\"", 11));
 }
 
+TEST(HistoryStore, TheFileIsExactlyWhatTheSharedWriterPrintsAfterAnyChange) {
+    const QString file = Sandbox::scratch("text") + "/history.json";
+    HistoryStore store(file);
+    QRandomGenerator random(7);
+    QList<HistoryEntry> made;
+    for (int step = 0; step < 300; ++step) {
+        const int what = random.bounded(5);
+        if (made.isEmpty() || what == 0) {
+            HistoryEntry e = entry(step % 3 ? "plain" : "odd \"moved\" : []\n\\ [] {}", random.bounded(3));
+            made.append(e);
+            store.add(e);
+        } else {
+            HistoryEntry& e = made[random.bounded(made.size())];
+            if (what == 1) e.moved.append(entry("grown", 1).moved);  // a checkpoint of a growing removal
+            if (what == 2 && !e.moved.isEmpty()) e.moved.removeAt(random.bounded(e.moved.size()));
+            if (what == 3) e.state = HistoryEntry::State::emptied;
+            if (what == 4) e.moved.clear();
+            e.bytes = 4096 * e.moved.size();
+            store.update(e);
+        }
+        ASSERT_EQ(Fixture::contents(file), encodeJsonList(store.entries()).toText()) << "step " << step;
+    }
+}
+
 }  // namespace
