@@ -14,6 +14,16 @@ const QList<Verb>& verbs() {
          runLoginItems},
         {"report", "report [--json]",
          "Scans the home folder: the disk bar, what can be cleared, System Data.", runReport},
+        {"trash", "trash [--title T] PATH…",
+         "Checks each path, moves it to the Trash and records it in History under one entry.", runTrash},
+        {"history", "history [--json]", "What Quarle removed, newest first, with each entry's ID and items.",
+         runHistory},
+        {"restore", "restore ID [PATH…]", "Puts an entry's items (or only the given ones) back where they were.",
+         runRestore},
+        {"empty", "empty ID", "Deletes an entry's items from the Trash for good.", runEmpty},
+        {"expire", "expire [--days N]",
+         "Deletes Quarle's items that have been in the Trash longer than N days (default: the keepDays setting).",
+         runExpire},
     };
     return all;
 }

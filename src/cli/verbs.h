@@ -20,3 +20,8 @@ int runApps(const QStringList& args);
 int runOrphans(const QStringList& args);
 int runLoginItems(const QStringList& args);
 int runReport(const QStringList& args);
+int runTrash(const QStringList& args);
+int runHistory(const QStringList& args);
+int runRestore(const QStringList& args);
+int runEmpty(const QStringList& args);
+int runExpire(const QStringList& args);

@@ -1,0 +1,58 @@
+// quarle empty ID, quarle expire [--days N]
+
+#include <QDateTime>
+
+#include "cli/history_lookup.h"
+#include "cli/output.h"
+#include "cli/verbs.h"
+#include "core/fmt.h"
+#include "removal/remover.h"
+
+int runEmpty(const QStringList& args) {
+    if (args.size() != 1) {
+        Out::error(QStringLiteral("empty needs the ID of one History entry: quarle empty ID"));
+        return 2;
+    }
+    HistoryStore store;
+    const std::optional<HistoryEntry> entry =
+        HistoryLookup::findInTrash(store.entries(), args.first(), QStringLiteral("empty"));
+    if (!entry) return 1;
+    Remover::empty(*entry, store);
+    Out::line(QStringLiteral("Emptied %1. It's free space now.").arg(Fmt::bytes(entry->bytes)));
+    return 0;
+}
+
+int runExpire(const QStringList& args) {
+    int days = HistoryLookup::keepDays();
+    if (!args.isEmpty()) {
+        bool ok = false;
+        if (args.size() == 2 && args[0] == QLatin1String("--days")) days = args[1].toInt(&ok);
+        if (!ok || days < 0) {
+            Out::error(QStringLiteral("expire takes --days and a whole number, 0 or more: quarle expire [--days N]"));
+            return 2;
+        }
+    }
+    if (days < 1) {
+        Out::line(QStringLiteral("Quarle keeps its items until you empty them, so nothing expired."));
+        return 0;
+    }
+    HistoryStore store;
+    const auto inTrash = [&] {
+        qsizetype n = 0;
+        for (const HistoryEntry& e : store.entries()) n += e.state == HistoryEntry::State::inTrash;
+        return n;
+    };
+    const qsizetype before = inTrash();
+    const qint64 bytes = Remover::expire(store, days, QDateTime::currentDateTimeUtc());
+    const qsizetype emptied = before - inTrash();
+    Remover::syncWithTrash(store);
+    if (emptied == 0) {
+        Out::line(QStringLiteral("Nothing of Quarle's has been in the Trash longer than %1.")
+                      .arg(Fmt::count(days, QStringLiteral("day"))));
+    } else {
+        Out::line(QStringLiteral("Emptied %1 (%2) that had been in the Trash longer than %3.")
+                      .arg(Fmt::count(emptied, QStringLiteral("entry"), QStringLiteral("entries")), Fmt::bytes(bytes),
+                           Fmt::count(days, QStringLiteral("day"))));
+    }
+    return 0;
+}

@@ -1,0 +1,43 @@
+// quarle history [--json]
+
+#include "cli/history_lookup.h"
+#include "cli/output.h"
+#include "cli/verbs.h"
+#include "core/fmt.h"
+#include "core/record_json.h"
+#include "removal/remover.h"
+
+int runHistory(const QStringList& args) {
+    bool json = false;
+    for (const QString& a : args) {
+        if (a == QLatin1String("--json")) {
+            json = true;
+        } else {
+            Out::error(QStringLiteral("history takes no \"%1\": quarle history [--json]").arg(a));
+            return 2;
+        }
+    }
+    HistoryStore store;
+    Remover::syncWithTrash(store);  // what left the Trash some other way shows as such
+    const QList<HistoryEntry> entries = store.entries();
+    if (json) {
+        Out::raw(encodeJsonList(entries).toText());
+        return 0;
+    }
+    if (entries.isEmpty()) {
+        Out::line(QStringLiteral("History is empty: Quarle hasn't removed anything yet."));
+        return 0;
+    }
+    const int days = HistoryLookup::keepDays();
+    for (const HistoryEntry& e : entries) {
+        QString line = e.date.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm")) + QStringLiteral("  ") +
+                       e.title + QStringLiteral(" — ");
+        if (!e.moved.isEmpty() || e.state == HistoryEntry::State::permanent)
+            line += Fmt::bytes(e.bytes) + QStringLiteral(", ");
+        if (!e.moved.isEmpty()) line += Fmt::count(e.moved.size(), QStringLiteral("item")) + QStringLiteral(", ");
+        Out::line(line + HistoryLookup::stateText(e, days));
+        Out::line(QStringLiteral("    ID ") + e.id.toString(QUuid::WithoutBraces).toUpper());
+        for (const HistoryEntry::Moved& m : e.moved) Out::line(QStringLiteral("    ") + Fmt::path(m.original));
+    }
+    return 0;
+}

@@ -1,0 +1,82 @@
+#pragma once
+// Every change Quarle makes to the user's files: moving chosen paths to the Trash and recording
+// them in one History entry, command removals, putting items back, emptying Quarle's own items
+// from the Trash, and noticing what left the Trash some other way. All state lives in the
+// HistoryStore and on disk.
+
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "core/history_entry.h"
+#include "removal/history_store.h"
+#include "removal/identity.h"
+#include "removal/refusal.h"
+
+namespace Remover {
+
+struct Refused {
+    QString path;  // as given
+    Refusal refusal;
+
+    bool operator==(const Refused&) const = default;
+};
+
+// The result of one `trash` call.
+struct Outcome {
+    HistoryEntry entry;  // one Moved per item that reached the Trash
+    QList<Refused> refused;
+    QStringList failed;  // resolved paths that passed the checks but could not be moved
+
+    bool operator==(const Outcome&) const = default;
+};
+
+struct Restored {
+    int count = 0;
+    QStringList notBack;  // original paths that could not go back
+
+    bool operator==(const Restored&) const = default;
+};
+
+// Checks each path, moves it to the Trash and records it in one entry, saved at the first item,
+// every 100 items, at least every half second and at the end, so that an interruption leaves a
+// history that covers almost all that moved. With `freeNow` the items are then deleted for good.
+// `known` holds sizes already measured, by path; `apps` the bundles being uninstalled.
+Outcome trash(const QStringList& paths, const QString& title, bool freeNow, HistoryStore& store,
+              const QSet<QString>& apps = {}, const QHash<QString, qint64>& known = {});
+
+// Runs a command removal (300 seconds at most), or with the one word "empty-trash" empties the
+// home Trash. On success one entry that cannot be restored is recorded.
+bool command(const QStringList& args, const QString& title, qint64 bytes, HistoryStore& store);
+
+// Puts the entry's items (or only those whose original path is in `only`) back where they were.
+Restored restore(const HistoryEntry& entry, const std::optional<QSet<QString>>& only, HistoryStore& store);
+
+// Deletes the entry's items from the Trash now.
+void empty(const HistoryEntry& entry, HistoryStore& store);
+
+// Empties the entries that have been in the Trash more than `days` days before `now`; returns
+// their bytes. Below 1 day nothing expires.
+qint64 expire(HistoryStore& store, int days, const QDateTime& now);
+
+// Takes into History the items Quarle moved just before an interruption, then marks what left the
+// Trash some other way (emptied or put back by another tool). Returns the bytes found gone.
+qint64 syncWithTrash(HistoryStore& store);
+
+// Finds the items Quarle moved whose History record was never saved (the process was stopped
+// between two saves) by the entry their info files name, and records them there (or in a new
+// entry). Info files of Quarle's whose move never happened are removed. Returns the items taken in.
+int recoverInterrupted(HistoryStore& store);
+
+// True when the trashed item is still the object that was moved.
+bool isOurs(const HistoryEntry::Moved& moved);
+// True when the trashed item is no longer in the Trash (or another object took its name).
+bool goneFromTrash(const HistoryEntry::Moved& moved);
+std::optional<Identity> identity(const QString& path);
+bool exists(const QString& path);
+
+}  // namespace Remover

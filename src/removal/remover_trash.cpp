@@ -1,0 +1,101 @@
+// Moving to the Trash, freeing at once, and command removals.
+
+#include <QElapsedTimer>
+#include <QUuid>
+
+#include "core/checked.h"
+#include "core/home.h"
+#include "core/paths.h"
+#include "measure/walker.h"
+#include "platform/shell.h"
+#include "removal/remover.h"
+#include "removal/safety.h"
+#include "removal/trash.h"
+
+namespace {
+
+constexpr int checkpointEvery = 100;
+constexpr qint64 checkpointMillis = 500;
+constexpr double commandTimeout = 300.0;
+
+// History dates are whole seconds.
+QDateTime now() { return QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch(), Qt::UTC); }
+
+HistoryEntry newEntry(const QString& title, qint64 bytes, HistoryEntry::State state) {
+    HistoryEntry e;
+    e.id = QUuid::createUuid();
+    e.date = now();
+    e.title = title;
+    e.bytes = bytes;
+    e.state = state;
+    return e;
+}
+
+qint64 sizeOf(const QString& given, const QString& resolved, const QHash<QString, qint64>& known) {
+    if (const auto it = known.constFind(given); it != known.cend()) return *it;
+    if (const auto it = known.constFind(resolved); it != known.cend()) return *it;
+    return Walker::size(resolved, true).bytes;
+}
+
+}  // namespace
+
+namespace Remover {
+
+Outcome trash(const QStringList& paths, const QString& title, bool freeNow, HistoryStore& store,
+              const QSet<QString>& apps, const QHash<QString, qint64>& known) {
+    Outcome out;
+    HistoryEntry& entry = out.entry;
+    entry = newEntry(title, 0, HistoryEntry::State::inTrash);
+    const QString home = Home::path();
+    QElapsedTimer sinceCheckpoint;
+    sinceCheckpoint.start();
+    qsizetype saved = -1;  // items in the stored copy; -1 before the entry is stored
+
+    const auto checkpoint = [&] {
+        if (saved < 0)
+            store.add(entry);
+        else
+            store.update(entry);
+        saved = entry.moved.size();
+        sinceCheckpoint.restart();
+    };
+    for (const QString& path : paths) {
+        const Safety::Verdict verdict = Safety::check(path, home, apps);
+        if (!verdict.ok()) {
+            out.refused.append({path, *verdict.refusal});
+            continue;
+        }
+        const qint64 bytes = sizeOf(path, verdict.path, known);
+        const std::optional<Trash::Put> put = Trash::put(verdict.path, entry.date, entry.id);
+        if (!put) {
+            out.failed.append(verdict.path);
+            continue;
+        }
+        entry.moved.append(movedItem(Paths::standardize(path, home), put->trashed, bytes, put->identity));
+        entry.bytes = Checked::add(entry.bytes, bytes);
+        const qsizetype count = entry.moved.size();
+        if (count == 1 || count % checkpointEvery == 0 || sinceCheckpoint.elapsed() > checkpointMillis) checkpoint();
+    }
+    if (saved >= 0 ? saved != entry.moved.size() : !entry.moved.isEmpty()) checkpoint();
+
+    if (freeNow && !entry.moved.isEmpty()) {
+        for (const HistoryEntry::Moved& m : std::as_const(entry.moved))
+            if (exists(m.trashed) && isOurs(m)) Trash::erase(m.trashed);
+        entry.state = HistoryEntry::State::permanent;
+        store.update(entry);
+    }
+    return out;
+}
+
+bool command(const QStringList& args, const QString& title, qint64 bytes, HistoryStore& store) {
+    if (args == QStringList{QStringLiteral("empty-trash")}) {
+        if (!Trash::emptyHome()) return false;
+        syncWithTrash(store);
+    } else if (!Shell::run(args, commandTimeout)) {
+        return false;
+    }
+    store.add(newEntry(title, bytes, HistoryEntry::State::permanent));
+    return true;
+}
+
+}  // namespace Remover

@@ -1,0 +1,245 @@
+#include "removal/safety.h"
+
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <QStringList>
+#include <mutex>
+#include <utility>
+
+#include "core/paths.h"
+#include "measure/walker.h"
+#include "platform/running_apps.h"
+
+namespace {
+
+const QStringList systemRoots{
+    QStringLiteral("/"), QStringLiteral("/Applications"), QStringLiteral("/Users"), QStringLiteral("/System"),
+    QStringLiteral("/Library"),
+};
+
+// Folders under home that may never be removed themselves.
+const QStringList rootNames{
+    QStringLiteral("Library"), QStringLiteral("Documents"), QStringLiteral("Desktop"),
+    QStringLiteral("Downloads"), QStringLiteral("Pictures"), QStringLiteral("Movies"),
+    QStringLiteral("Music"), QStringLiteral("Public"), QStringLiteral("Applications"),
+    QStringLiteral("Library/Caches"), QStringLiteral("Library/Logs"),
+    QStringLiteral("Library/Application Support"), QStringLiteral("Library/Containers"),
+    QStringLiteral("Library/Group Containers"), QStringLiteral("Library/Preferences"),
+    QStringLiteral("Library/Developer"), QStringLiteral("Library/Developer/Xcode"), QStringLiteral(".Trash"),
+};
+
+// Folders whose parents hold protected data, as suffixes of the home folder.
+const QStringList anchors{
+    QStringLiteral("/Pictures/Photos Library.photoslibrary"), QStringLiteral("/Library/Mail"),
+    QStringLiteral("/Library/Messages"), QStringLiteral("/Library/Safari"), QStringLiteral("/Library/Keychains"),
+    QStringLiteral("/Library/Mobile Documents"), QStringLiteral("/Library/CloudStorage"),
+    QStringLiteral("/Library/Calendars"), QStringLiteral("/Library/Application Support/AddressBook"),
+};
+
+// Below these (relative to home) a folder is not searched in depth: they are caches and build
+// output, big and never the home of protected libraries.
+const QStringList shallowPrefixes{
+    QStringLiteral("Library/Caches/"), QStringLiteral("Library/Logs/"), QStringLiteral("Library/Developer/"),
+    QStringLiteral("Library/Containers/com.docker.docker/"),
+};
+
+// The deep look lists the folder, its children and grandchildren, and gives up after this many
+// entries so that a check never walks a large tree.
+constexpr int deepLookLevels = 2;
+constexpr int deepLookEntries = 4000;
+
+std::mutex runningLock;
+Safety::RunningSource& runningSource() {
+    static Safety::RunningSource source = RunningApps::ids;
+    return source;
+}
+
+// The home Trash stands in for ~/.Trash: the folder itself and its two halves stay.
+QSet<QString> trashRoots() {
+    const QString trash = Safety::realPath(Home::trashFolder()).value_or(Home::trashFolder());
+    return {trash, trash + QStringLiteral("/files"), trash + QStringLiteral("/info")};
+}
+
+// roots(home).contains(real), resolving the Trash folder only for a path that may be one of it.
+bool isRoot(const QString& real, const QString& home) {
+    static const QSet<QString> trashNames{QStringLiteral("Trash"), QStringLiteral("files"), QStringLiteral("info")};
+    if (trashNames.contains(Paths::lastComponent(real))) return Safety::roots(home).contains(real);
+    return real == home || systemRoots.contains(real) ||
+           (real.startsWith(home + QLatin1Char('/')) && rootNames.contains(real.mid(home.size() + 1)));
+}
+
+QString extensionOf(const QString& name) {
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    return dot > 0 ? name.mid(dot + 1) : QString();
+}
+
+bool protectedExtension(const QString& name) {
+    const QString ext = extensionOf(name);
+    return !ext.isEmpty() && Safety::protectedExtensions().contains(ext.toLower());
+}
+
+// The container name when `relative` lies inside ~/Library/Containers or ~/Library/Group Containers.
+std::optional<QString> containerName(const QStringList& parts) {
+    if (parts.size() > 2 && parts[0] == QLatin1String("Library") &&
+        (parts[1] == QLatin1String("Containers") || parts[1] == QLatin1String("Group Containers")))
+        return parts[2];
+    return std::nullopt;
+}
+
+bool runningOwns(const QString& container) {
+    for (const QString& id : Safety::running())
+        if (container == id || container.endsWith(QLatin1Char('.') + id)) return true;
+    return false;
+}
+
+}  // namespace
+
+namespace Safety {
+
+const QSet<QString>& protectedNames() {
+    static const QSet<QString> names{
+        QStringLiteral("Mobile Documents"), QStringLiteral("CloudStorage"), QStringLiteral("Keychains"),
+        QStringLiteral("com.apple.TCC"), QStringLiteral("Photos Library.photoslibrary"), QStringLiteral("Mail"),
+        QStringLiteral("Messages"), QStringLiteral("Accounts"), QStringLiteral("Cookies"),
+        QStringLiteral("PersonalizationPortrait"), QStringLiteral("Biome"),
+    };
+    return names;
+}
+
+const QSet<QString>& libraryNames() {
+    static const QSet<QString> names{
+        QStringLiteral("Safari"), QStringLiteral("Calendars"), QStringLiteral("AddressBook"), QStringLiteral("Notes"),
+        QStringLiteral("Reminders"), QStringLiteral("IdentityServices"), QStringLiteral("HomeKit"),
+    };
+    return names;
+}
+
+const QSet<QString>& protectedExtensions() {
+    static const QSet<QString> extensions{
+        QStringLiteral("photoslibrary"), QStringLiteral("photolibrary"), QStringLiteral("aplibrary"),
+        QStringLiteral("musiclibrary"), QStringLiteral("tvlibrary"), QStringLiteral("migratedphotolibrary"),
+    };
+    return extensions;
+}
+
+void setRunning(RunningSource source) {
+    std::lock_guard guard(runningLock);
+    runningSource() = std::move(source);
+}
+
+QSet<QString> running() {
+    RunningSource source;
+    {
+        std::lock_guard guard(runningLock);
+        source = runningSource();
+    }
+    return source ? source() : QSet<QString>();  // asked outside the lock: it may run a child process
+}
+
+std::optional<QString> realPath(const QString& path) {
+    char* resolved = ::realpath(Paths::toBytes(path).constData(), nullptr);
+    if (!resolved) return std::nullopt;
+    QString out = Paths::fromBytes(QByteArray(resolved));
+    ::free(resolved);
+    return out;
+}
+
+QSet<QString> roots(const QString& home) {
+    QSet<QString> all{home};
+    for (const QString& root : systemRoots) all.insert(root);
+    for (const QString& name : rootNames) all.insert(home + QLatin1Char('/') + name);
+    all.unite(trashRoots());
+    return all;
+}
+
+bool appleContainer(const QString& relative) {
+    const QStringList parts = relative.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    const auto name = containerName(parts);
+    if (!name) return false;
+    const QString lower = name->toLower();
+    return lower.startsWith(QLatin1String("com.apple.")) || lower.startsWith(QLatin1String("group.com.apple.")) ||
+           lower.contains(QLatin1String(".com.apple."));
+}
+
+bool holdsProtected(const QString& path, const QString& home, bool look) {
+    const QString asParent = path + QLatin1Char('/');
+    for (const QString& anchor : anchors)
+        if ((home + anchor).startsWith(asParent)) return true;
+    if (!look) return false;
+    struct stat st;
+    if (::lstat(Paths::toBytes(path).constData(), &st) != 0 || !S_ISDIR(st.st_mode)) return false;
+
+    QList<std::pair<QString, int>> stack{{path, 0}};
+    int seen = 0;
+    while (!stack.isEmpty()) {
+        const auto [folder, depth] = stack.takeLast();
+        if (seen >= deepLookEntries) return false;
+        bool found = false;
+        Walker::list(folder, std::nullopt, [&](const Walker::Entry& e) {
+            ++seen;
+            if (protectedExtension(e.name)) found = true;
+            if (e.isDir && depth < deepLookLevels) stack.append({folder + QLatin1Char('/') + e.name, depth + 1});
+        });
+        if (found) return true;
+    }
+    return false;
+}
+
+Verdict check(const QString& path, const QString& home, const QSet<QString>& apps) {
+    const QString given = Paths::standardize(path, home);
+    const auto refuse = [&](Refusal::Kind kind) { return Verdict{QString(), Refusal{kind, given}}; };
+    if (!given.startsWith(QLatin1Char('/'))) return refuse(Refusal::Kind::outside);  // no place of its own
+
+    struct stat st;
+    if (::lstat(Paths::toBytes(given).constData(), &st) != 0) return refuse(Refusal::Kind::missing);
+    const QString parent = Paths::parentOf(given);
+    const auto resolvedParent = realPath(parent);
+    if (!resolvedParent) return refuse(Refusal::Kind::missing);
+    const QString realHome = realPath(home).value_or(home);
+
+    // Link test: only the home folder itself may lie behind a link.
+    const QString expectedParent =
+        Paths::isWithin(parent, home) ? realHome + parent.mid(home.size()) : parent;
+    if (*resolvedParent != expectedParent && *resolvedParent != parent) return refuse(Refusal::Kind::symlinkParent);
+
+    // The last component is never followed: a link is removed as the link.
+    const QString last = Paths::lastComponent(given);
+    const QString real = *resolvedParent == QLatin1String("/") ? QLatin1Char('/') + last
+                                                                : *resolvedParent + QLatin1Char('/') + last;
+    const bool underHome = real.startsWith(realHome + QLatin1Char('/'));
+
+    // Place test: outside home only an app being uninstalled, straight inside /Applications.
+    const bool appTarget = (apps.contains(given) || apps.contains(real)) &&
+                           real.startsWith(QLatin1String("/Applications/")) && real.endsWith(QLatin1String(".app"));
+    if (appTarget) {
+        if (!underHome && real.split(QLatin1Char('/'), Qt::SkipEmptyParts).size() != 2)
+            return refuse(Refusal::Kind::outside);
+    } else if (!underHome) {
+        return refuse(Refusal::Kind::outside);
+    }
+
+    if (isRoot(real, realHome)) return refuse(Refusal::Kind::protected_);
+
+    const QString relative = underHome ? real.mid(realHome.size() + 1) : real;
+    const bool inLibrary = underHome && relative.startsWith(QLatin1String("Library/"));
+    const QStringList parts = relative.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    for (const QString& part : parts) {
+        if (protectedNames().contains(part) || (inLibrary && libraryNames().contains(part)) ||
+            protectedExtension(part))
+            return refuse(Refusal::Kind::protected_);
+    }
+    if (!underHome) return Verdict{real, std::nullopt};  // an app being uninstalled
+
+    if (appleContainer(relative)) return refuse(Refusal::Kind::protected_);
+    if (const auto container = containerName(parts); container && runningOwns(*container))
+        return refuse(Refusal::Kind::inUse);
+
+    bool look = !relative.startsWith(QLatin1Char('.')) && !relative.endsWith(QLatin1String("/node_modules"));
+    for (const QString& prefix : shallowPrefixes)
+        if (relative.startsWith(prefix)) look = false;
+    if (holdsProtected(real, realHome, look)) return refuse(Refusal::Kind::protected_);
+    return Verdict{real, std::nullopt};
+}
+
+}  // namespace Safety

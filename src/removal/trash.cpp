@@ -1,0 +1,164 @@
+#include "removal/trash.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/stat.h>
+
+#include <QRandomGenerator>
+#include <cerrno>
+
+#include "core/home.h"
+#include "core/paths.h"
+#include "removal/dirs.h"
+#include "removal/trash_dirs.h"
+#include "removal/trash_info.h"
+
+namespace {
+
+const QByteArray infoSuffix = ".trashinfo";
+// NAME.trashinfo must still fit the 255 bytes of a file name.
+constexpr qsizetype maxItemName = 255 - 10;
+// Names tried one after the other ("name", "name.2", …) before random ones are tried.
+constexpr int orderedTries = 1000;
+constexpr int randomTries = 100;
+
+// The n-th name to try for an item called `name`, shortened when needed without splitting a
+// UTF-8 character.
+QByteArray candidate(const QByteArray& name, int n) {
+    QByteArray suffix;
+    if (n > orderedTries)
+        suffix = '.' + QByteArray::number(QRandomGenerator::global()->bounded(1'000'000'000));
+    else if (n > 1)
+        suffix = '.' + QByteArray::number(n);
+    QByteArray base = name;
+    if (base.size() + suffix.size() > maxItemName) {
+        qsizetype cut = maxItemName - suffix.size();
+        while (cut > 0 && (static_cast<unsigned char>(base[cut]) & 0xC0) == 0x80) --cut;
+        base.truncate(cut);
+    }
+    return base + suffix;
+}
+
+bool writeAll(int fd, const QByteArray& bytes) {
+    qsizetype done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::write(fd, bytes.constData() + done, std::size_t(bytes.size() - done));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        done += n;
+    }
+    return true;
+}
+
+enum class Move { done, crossDevice, failed };
+
+// Claims a name with an info file created exclusively, then renames the item under that name
+// without replacing anything; a name taken in files/ (a stray file) moves on to the next one.
+Move moveInto(const TrashCan& can, int parentFd, const QByteArray& name, const QByteArray& infoText,
+              QByteArray& chosen) {
+    for (int n = 1; n <= orderedTries + randomTries; ++n) {
+        chosen = candidate(name, n);
+        const QByteArray infoName = chosen + infoSuffix;
+        const UniqueFd info(
+            ::openat(can.info.get(), infoName.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+        if (!info) {
+            if (errno == EEXIST) continue;
+            return Move::failed;
+        }
+        if (!writeAll(info.get(), infoText)) {
+            ::unlinkat(can.info.get(), infoName.constData(), 0);
+            return Move::failed;
+        }
+        if (::renameat2(parentFd, name.constData(), can.files.get(), chosen.constData(), RENAME_NOREPLACE) == 0)
+            return Move::done;
+        const int why = errno;
+        ::unlinkat(can.info.get(), infoName.constData(), 0);
+        if (why == EEXIST) continue;
+        return why == EXDEV ? Move::crossDevice : Move::failed;
+    }
+    return Move::failed;
+}
+
+// The Trash at the top of the file system that holds `resolved`, when the item is on it.
+std::optional<TrashCan> topTrashFor(const QString& resolved, dev_t device) {
+    const QString topdir = TrashDirs::mountPointOf(Paths::parentOf(resolved));
+    struct stat st;
+    if (::stat(Paths::toBytes(topdir).constData(), &st) != 0 || st.st_dev != device) return std::nullopt;
+    return TrashDirs::top(topdir, true);
+}
+
+QByteArray nameOf(const QString& path) { return Paths::toBytes(Paths::lastComponent(path)); }
+
+}  // namespace
+
+namespace Trash {
+
+std::optional<Put> put(const QString& resolved, const QDateTime& date, const QUuid& entry) {
+    const UniqueFd parent = Dirs::open(Paths::parentOf(resolved));
+    const QByteArray name = nameOf(resolved);
+    struct stat st;
+    if (!parent || name.isEmpty() || ::fstatat(parent.get(), name.constData(), &st, AT_SYMLINK_NOFOLLOW) != 0)
+        return std::nullopt;
+
+    std::optional<TrashCan> can = TrashDirs::home(true);
+    bool triedTop = false;
+    if (!can || can->device != st.st_dev) {
+        can = topTrashFor(resolved, st.st_dev);
+        triedTop = true;
+    }
+    while (can) {
+        QByteArray chosen;
+        const QByteArray info = TrashInfo::format(can->infoPath(resolved), date, entry);
+        const Move moved = moveInto(*can, parent.get(), name, info, chosen);
+        if (moved == Move::done)
+            return Put{can->root + QStringLiteral("/files/") + Paths::fromBytes(chosen),
+                       identityAt(can->files.get(), chosen)};
+        if (moved != Move::crossDevice || triedTop) break;
+        can = topTrashFor(resolved, st.st_dev);  // same device, another mount: its own Trash
+        triedTop = true;
+    }
+    return std::nullopt;
+}
+
+Back putBack(const QString& trashed, const QString& original) {
+    const std::optional<TrashCan> can = TrashDirs::holding(trashed);
+    if (!can || !original.startsWith(QLatin1Char('/')) || original == QLatin1String("/")) return Back::failed;
+    const QString trusted = Paths::isWithin(original, Home::path()) ? Home::path() : QStringLiteral("/");
+    const UniqueFd parent = Dirs::open(Paths::parentOf(original), trusted, true, 0777);
+    if (!parent) return Back::failed;
+    const QByteArray name = nameOf(trashed);
+    if (::renameat2(can->files.get(), name.constData(), parent.get(), nameOf(original).constData(),
+                    RENAME_NOREPLACE) != 0) {
+        if (errno == EEXIST) return Back::occupied;
+        return errno == ENOENT ? Back::missing : Back::failed;
+    }
+    ::unlinkat(can->info.get(), (name + infoSuffix).constData(), 0);
+    return Back::done;
+}
+
+bool erase(const QString& trashed) {
+    const std::optional<TrashCan> can = TrashDirs::holding(trashed);
+    if (!can) return false;
+    const QByteArray name = nameOf(trashed);
+    if (!Dirs::removeAt(can->files.get(), name)) return false;  // what is left stays listed in the Trash
+    ::unlinkat(can->info.get(), (name + infoSuffix).constData(), 0);
+    return true;
+}
+
+bool emptyHome() {
+    const std::optional<TrashCan> can = TrashDirs::home(true);
+    if (!can) return false;
+    for (const QByteArray& name : Dirs::namesIn(can->files.get()))
+        if (Dirs::removeAt(can->files.get(), name)) ::unlinkat(can->info.get(), (name + infoSuffix).constData(), 0);
+    // Info files left without an item describe nothing any more.
+    for (const QByteArray& infoName : Dirs::namesIn(can->info.get())) {
+        const QByteArray item = infoName.endsWith(infoSuffix) ? infoName.chopped(infoSuffix.size()) : QByteArray();
+        struct stat st;
+        if (item.isEmpty() || ::fstatat(can->files.get(), item.constData(), &st, AT_SYMLINK_NOFOLLOW) != 0)
+            Dirs::removeAt(can->info.get(), infoName);
+    }
+    ::unlink(Paths::toBytes(can->root + QStringLiteral("/directorysizes")).constData());
+    return true;
+}
+
+}  // namespace Trash

@@ -1,0 +1,40 @@
+#pragma once
+// Quarle's own FreeDesktop.org Trash: moving an item in, putting it back, deleting it for good.
+// An item only ever moves by rename within its own file system, never by copy and delete, and
+// nothing already in a Trash or at an original place is ever overwritten.
+
+#include <QDateTime>
+#include <QString>
+#include <QUuid>
+#include <optional>
+
+#include "removal/identity.h"
+
+namespace Trash {
+
+struct Put {
+    QString trashed;  // the item's path inside the Trash
+    std::optional<Identity> identity;  // taken right after the move
+
+    bool operator==(const Put&) const = default;
+};
+
+// Moves the item at `resolved` (a path whose folders are no links, as Safety::check returns it) to
+// the Trash of its file system: info file first (claiming the name), then the rename. `date` goes
+// into the info file, and `entry` names the History entry it belongs to. Nothing when the item
+// could not be moved; it is then where it was.
+std::optional<Put> put(const QString& resolved, const QDateTime& date, const QUuid& entry);
+
+enum class Back { done, occupied, missing, failed };
+
+// Moves `trashed` back to `original`, making its parent folders when they are gone, and removes
+// its info file. Something at `original` (even a dangling link) is never replaced: `occupied`.
+Back putBack(const QString& trashed, const QString& original);
+
+// Deletes `trashed` and then its info file; only inside a Trash that Quarle recognises.
+bool erase(const QString& trashed);
+
+// Deletes everything in the home Trash: every item, every info file. False when it cannot be opened.
+bool emptyHome();
+
+}  // namespace Trash
