@@ -50,7 +50,14 @@ QList<QByteArray> namesIn(int dirFd) {
 
 UniqueFd open(const QString& path, const QString& trusted, bool create, mode_t mode) {
     if (!Paths::isWithin(path, trusted)) return {};
-    UniqueFd cur(::open(Paths::toBytes(trusted).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const UniqueFd start(::open(Paths::toBytes(trusted).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!start) return {};
+    return openFrom(start.get(), trusted, path, create, mode);
+}
+
+UniqueFd openFrom(int trustedFd, const QString& trusted, const QString& path, bool create, mode_t mode) {
+    if (!Paths::isWithin(path, trusted)) return {};
+    UniqueFd cur(::fcntl(trustedFd, F_DUPFD_CLOEXEC, 0));
     if (!cur) return {};
     const QString rest = trusted == QLatin1String("/") ? path : path.mid(trusted.size());
     for (const QByteArray& part : components(rest)) {

@@ -48,6 +48,10 @@ namespace Dirs {
 UniqueFd open(const QString& path, const QString& trusted = QStringLiteral("/"), bool create = false,
               mode_t mode = 0700);
 
+// The same, starting from `trustedFd`, an open descriptor of the folder `trusted`.
+UniqueFd openFrom(int trustedFd, const QString& trusted, const QString& path, bool create = false,
+                  mode_t mode = 0700);
+
 // The names in the folder `dirFd`, without "." and "..".
 QList<QByteArray> namesIn(int dirFd);
 

@@ -59,6 +59,7 @@ Restored restore(const HistoryEntry& given, const std::optional<QSet<QString>>& 
     HistoryEntry entry = store.current(given.id).value_or(given);
     Restored result;
     if (entry.state != HistoryEntry::State::inTrash) return result;
+    Trash::Batch batch;
     QList<HistoryEntry::Moved> kept;
     for (const HistoryEntry::Moved& m : std::as_const(entry.moved)) {
         if (only && !only->contains(m.original)) {
@@ -74,7 +75,7 @@ Restored restore(const HistoryEntry& given, const std::optional<QSet<QString>>& 
             kept.append(m);
             continue;
         }
-        switch (Trash::putBack(m.trashed, m.original)) {
+        switch (batch.putBack(m.trashed, m.original)) {
             case Trash::Back::done: ++result.count; break;
             case Trash::Back::missing: result.notBack.append(m.original); break;
             case Trash::Back::occupied:
@@ -94,9 +95,10 @@ Restored restore(const HistoryEntry& given, const std::optional<QSet<QString>>& 
 void empty(const HistoryEntry& given, HistoryStore& store) {
     HistoryEntry entry = store.current(given.id).value_or(given);
     if (entry.state != HistoryEntry::State::inTrash) return;
-    // Trash::erase acts only inside a Trash Quarle recognises, whatever the history file says.
+    // Erasing acts only inside a Trash Quarle recognises, whatever the history file says.
+    Trash::Batch batch;
     for (const HistoryEntry::Moved& m : std::as_const(entry.moved))
-        if (exists(m.trashed) && isOurs(m)) Trash::erase(m.trashed);
+        if (exists(m.trashed) && isOurs(m)) batch.erase(m.trashed);
     entry.state = HistoryEntry::State::emptied;
     store.update(entry);
 }

@@ -50,6 +50,7 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
     QElapsedTimer sinceCheckpoint;
     sinceCheckpoint.start();
     qsizetype saved = -1;  // items in the stored copy; -1 before the entry is stored
+    Trash::Batch batch;
 
     const auto checkpoint = [&] {
         if (saved < 0)
@@ -66,7 +67,7 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
             continue;
         }
         const qint64 bytes = sizeOf(path, verdict.path, known);
-        const std::optional<Trash::Put> put = Trash::put(verdict.path, entry.date, entry.id);
+        const std::optional<Trash::Put> put = batch.put(verdict.path, entry.date, entry.id);
         if (!put) {
             out.failed.append(verdict.path);
             continue;
@@ -80,7 +81,7 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
 
     if (freeNow && !entry.moved.isEmpty()) {
         for (const HistoryEntry::Moved& m : std::as_const(entry.moved))
-            if (exists(m.trashed) && isOurs(m)) Trash::erase(m.trashed);
+            if (exists(m.trashed) && isOurs(m)) batch.erase(m.trashed);
         entry.state = HistoryEntry::State::permanent;
         store.update(entry);
     }

@@ -6,6 +6,8 @@
 
 #include <QRandomGenerator>
 #include <cerrno>
+#include <cstdlib>
+#include <functional>
 
 #include "core/home.h"
 #include "core/paths.h"
@@ -79,31 +81,64 @@ Move moveInto(const TrashCan& can, int parentFd, const QByteArray& name, const Q
     return Move::failed;
 }
 
-// The Trash at the top of the file system that holds `resolved`, when the item is on it.
-std::optional<TrashCan> topTrashFor(const QString& resolved, dev_t device) {
-    const QString topdir = TrashDirs::mountPointOf(Paths::parentOf(resolved));
-    struct stat st;
-    if (::stat(Paths::toBytes(topdir).constData(), &st) != 0 || st.st_dev != device) return std::nullopt;
-    return TrashDirs::top(topdir, true);
-}
-
 QByteArray nameOf(const QString& path) { return Paths::toBytes(Paths::lastComponent(path)); }
+
+QString resolvedHome(const QString& home) {
+    char* real = ::realpath(Paths::toBytes(home).constData(), nullptr);
+    if (!real) return home;
+    const QString out = Paths::fromBytes(QByteArray(real));
+    ::free(real);
+    return out;
+}
 
 }  // namespace
 
 namespace Trash {
 
-std::optional<Put> put(const QString& resolved, const QDateTime& date, const QUuid& entry) {
-    const UniqueFd parent = Dirs::open(Paths::parentOf(resolved));
+Batch::Batch()
+    : home_(Home::path()),
+      realHome_(resolvedHome(home_)),
+      homeFd_(::open(Paths::toBytes(home_).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+
+const TrashCan* Batch::opened(const QString& key, const std::function<std::optional<TrashCan>()>& open) {
+    auto it = cans_.find(key);
+    if (it == cans_.end()) it = cans_.emplace(key, open()).first;
+    return it->second ? &*it->second : nullptr;
+}
+
+const TrashCan* Batch::holding(const QString& trashed) {
+    return opened(Paths::parentOf(trashed), [&] { return TrashDirs::holding(trashed); });
+}
+
+// The Trash at the top of the file system that holds `resolved`, when the item is on it.
+const TrashCan* Batch::topFor(const QString& resolved, dev_t device) {
+    const QString topdir = TrashDirs::mountPointOf(Paths::parentOf(resolved));
+    struct stat st;
+    if (::stat(Paths::toBytes(topdir).constData(), &st) != 0 || st.st_dev != device) return nullptr;
+    return opened(QStringLiteral("top:") + topdir, [&] { return TrashDirs::top(topdir, true); });
+}
+
+// The folder at `path`, opened below the home folder when it lies there (the home folder itself
+// may be reached through a link), else from "/"; no link is followed on the way.
+UniqueFd Batch::folder(const QString& path, bool create) {
+    if (homeFd_ && Paths::isWithin(path, realHome_))
+        return Dirs::openFrom(homeFd_.get(), realHome_, path, create, 0777);
+    if (homeFd_ && Paths::isWithin(path, home_)) return Dirs::openFrom(homeFd_.get(), home_, path, create, 0777);
+    return Dirs::open(path, QStringLiteral("/"), create, 0777);
+}
+
+std::optional<Put> Batch::put(const QString& resolved, const QDateTime& date, const QUuid& entry) {
+    const UniqueFd parent = folder(Paths::parentOf(resolved), false);
     const QByteArray name = nameOf(resolved);
     struct stat st;
     if (!parent || name.isEmpty() || ::fstatat(parent.get(), name.constData(), &st, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;
 
-    std::optional<TrashCan> can = TrashDirs::home(true);
+    const TrashCan* can =
+        opened(Home::trashFolder() + QStringLiteral("/files"), [] { return TrashDirs::home(true); });
     bool triedTop = false;
     if (!can || can->device != st.st_dev) {
-        can = topTrashFor(resolved, st.st_dev);
+        can = topFor(resolved, st.st_dev);
         triedTop = true;
     }
     while (can) {
@@ -114,17 +149,16 @@ std::optional<Put> put(const QString& resolved, const QDateTime& date, const QUu
             return Put{can->root + QStringLiteral("/files/") + Paths::fromBytes(chosen),
                        identityAt(can->files.get(), chosen)};
         if (moved != Move::crossDevice || triedTop) break;
-        can = topTrashFor(resolved, st.st_dev);  // same device, another mount: its own Trash
+        can = topFor(resolved, st.st_dev);  // same device, another mount: its own Trash
         triedTop = true;
     }
     return std::nullopt;
 }
 
-Back putBack(const QString& trashed, const QString& original) {
-    const std::optional<TrashCan> can = TrashDirs::holding(trashed);
+Back Batch::putBack(const QString& trashed, const QString& original) {
+    const TrashCan* can = holding(trashed);
     if (!can || !original.startsWith(QLatin1Char('/')) || original == QLatin1String("/")) return Back::failed;
-    const QString trusted = Paths::isWithin(original, Home::path()) ? Home::path() : QStringLiteral("/");
-    const UniqueFd parent = Dirs::open(Paths::parentOf(original), trusted, true, 0777);
+    const UniqueFd parent = folder(Paths::parentOf(original), true);
     if (!parent) return Back::failed;
     const QByteArray name = nameOf(trashed);
     if (::renameat2(can->files.get(), name.constData(), parent.get(), nameOf(original).constData(),
@@ -136,14 +170,22 @@ Back putBack(const QString& trashed, const QString& original) {
     return Back::done;
 }
 
-bool erase(const QString& trashed) {
-    const std::optional<TrashCan> can = TrashDirs::holding(trashed);
+bool Batch::erase(const QString& trashed) {
+    const TrashCan* can = holding(trashed);
     if (!can) return false;
     const QByteArray name = nameOf(trashed);
     if (!Dirs::removeAt(can->files.get(), name)) return false;  // what is left stays listed in the Trash
     ::unlinkat(can->info.get(), (name + infoSuffix).constData(), 0);
     return true;
 }
+
+std::optional<Put> put(const QString& resolved, const QDateTime& date, const QUuid& entry) {
+    return Batch().put(resolved, date, entry);
+}
+
+Back putBack(const QString& trashed, const QString& original) { return Batch().putBack(trashed, original); }
+
+bool erase(const QString& trashed) { return Batch().erase(trashed); }
 
 bool emptyHome() {
     const std::optional<TrashCan> can = TrashDirs::home(true);
