@@ -16,8 +16,7 @@ const QStringList iconExtensions{QStringLiteral(".png"), QStringLiteral(".svg"),
                                  QStringLiteral(".xpm")};
 
 bool isFlatpakOf(const InstalledApp& app, const QString& installation) {
-    return Paths::parentOf(app.path) == installation + QStringLiteral("/app") && !app.bundleID.isEmpty() &&
-           Paths::lastComponent(app.path) == app.bundleID;
+    return Paths::parentOf(app.path) == installation + QStringLiteral("/app");
 }
 
 // The files under `folder` named icon + one of the extensions.
@@ -75,7 +74,7 @@ Plan plan(const InstalledApp& app, const SystemFolders& folders) {
     switch (origin(app, folders)) {
     case Origin::userFlatpak:
         return {Removal::command({QStringLiteral("flatpak"), QStringLiteral("uninstall"), QStringLiteral("--user"),
-                                  QStringLiteral("-y"), app.bundleID}),
+                                  QStringLiteral("-y"), Paths::lastComponent(app.path)}),
                 {}, {}};
     case Origin::systemFlatpak:
         return {Removal::none(),

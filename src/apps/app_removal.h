@@ -16,8 +16,8 @@ namespace AppRemoval {
 
 enum class Origin { bundle, userFlatpak, systemFlatpak, appImage };
 
-// Told by the app's path: "<installation>/app/<id>" of the user's or the system's Flatpak
-// installation, a folder ending in ".app", anything else is an AppImage file.
+// Told by the app's path alone, the model's identity of an app: "<installation>/app/<id>" of the
+// user's or the system's Flatpak installation, a bundle ending in ".app", else an AppImage file.
 Origin origin(const InstalledApp& app, const SystemFolders& folders = SystemFolders::current());
 
 struct Plan {
@@ -29,8 +29,8 @@ struct Plan {
     bool operator==(const Plan&) const = default;
 };
 
-// The user Flatpak's command is "flatpak uninstall --user -y ID" (its leftovers, such as
-// ~/.var/app/ID, go to the Trash as usual). An AppImage takes with it its desktop entries in the
+// The user Flatpak's command is "flatpak uninstall --user -y ID", ID being the name of its folder
+// (its leftovers, such as ~/.var/app/ID, go to the Trash as usual). An AppImage takes with it its desktop entries in the
 // user's applications folder (those whose Exec or TryExec is the AppImage) and, under the user's
 // icons folder, the icon files their Icon names, unless another of the user's desktop entries
 // uses the same icon.

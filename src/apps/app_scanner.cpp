@@ -11,7 +11,6 @@
 #include "apps/sorted_entries.h"
 #include "core/home.h"
 #include "measure/walker.h"
-#include "platform/known_apps.h"
 #include "platform/xdg_homes.h"
 
 namespace {
@@ -99,13 +98,9 @@ Result scan(const Cancelled& cancelled, const SystemFolders& folders) {
         for (const Walker::Entry& e : sortedEntries(folder)) Leftovers::take(e, place, folder, prepared, sweep);
     }
     // The filters look at names only, so they run first and nothing is measured that is not shown.
-    // A Flatpak deployed in either installation is installed even when its files could not be read.
-    const QSet<QString> flatpaks = FlatpakApps::installedIDs(folders);
-    const auto platformKnows = [&flatpaks, knows = KnownApps::lookup()](const QString& id) {
-        return flatpaks.contains(id) || knows(id);
-    };
     Result result;
-    result.orphans = Leftovers::keptOrphans(sweep.orphans, Leftovers::installedVendors(identities), platformKnows);
+    result.orphans = Leftovers::keptOrphans(sweep.orphans, Leftovers::installedVendors(identities),
+                                            FlatpakApps::stillInstalled(folders));
     for (qsizetype i = 0; i < apps.size(); ++i) apps[i].leftovers = sweep.byApp.value(i);
     result.apps = std::move(apps);
 

@@ -8,6 +8,7 @@
 #include "core/paths.h"
 #include "measure/walker.h"
 #include "platform/desktop_entry.h"
+#include "platform/known_apps.h"
 #include "platform/key_file.h"
 #include "platform/small_file.h"
 #include "platform/xdg_homes.h"
@@ -123,6 +124,12 @@ QSet<QString> installedIDs(const SystemFolders& folders) {
     for (const QString& installation : {userInstallation(), folders.flatpak})
         for (const QString& id : deployed(installation)) ids.insert(id);
     return ids;
+}
+
+std::function<bool(const QString&)> stillInstalled(const SystemFolders& folders) {
+    return [deployed = installedIDs(folders), knows = KnownApps::lookup()](const QString& id) {
+        return deployed.contains(id) || knows(id);
+    };
 }
 
 }  // namespace FlatpakApps

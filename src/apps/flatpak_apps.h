@@ -8,6 +8,7 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 #include "apps/linux_app.h"
 #include "apps/system_folders.h"
@@ -34,5 +35,9 @@ QString appStreamDeveloper(const QByteArray& xml);
 QList<LinuxApp> list(const SystemFolders& folders = SystemFolders::current());
 // The ids deployed in either installation, whether or not their files could be read.
 QSet<QString> installedIDs(const SystemFolders& folders = SystemFolders::current());
+
+// A lookup for many questions in a row: is an app of this id still on this machine, deployed in
+// either installation (installedIDs) or known to the platform (KnownApps::lookup)?
+std::function<bool(const QString&)> stillInstalled(const SystemFolders& folders = SystemFolders::current());
 
 }  // namespace FlatpakApps

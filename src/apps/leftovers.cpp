@@ -26,11 +26,14 @@ struct PreparedEntry {
     const QString& place;
     QString lowerStem;
     QStringList words;
+    bool ownFolder;  // in flatpakPlace
+    bool desktop;    // in one of desktopPlaces
 };
 
 PreparedEntry prepareEntry(const QString& name, const QString& place) {
     const QString s = Leftovers::stem(name);
-    return {name, place, s.toLower(), Leftovers::words(s)};
+    return {name, place, s.toLower(), Leftovers::words(s), place == Leftovers::flatpakPlace,
+            Leftovers::desktopPlaces.contains(place)};
 }
 
 Leftovers::PreparedName prepareName(const QString& name, const QString& wholeWhy) {
@@ -81,15 +84,12 @@ std::optional<Leftovers::Match> matchName(const QStringList& w, const Leftovers:
 
 std::optional<Leftovers::Match> matchPrepared(const PreparedEntry& e, const Leftovers::PreparedApp& p) {
     using Leftovers::Match;
-    const bool ownFolder = e.place == Leftovers::flatpakPlace;
-    const bool desktop = Leftovers::desktopPlaces.contains(e.place);
-
     if (!p.bundleID.isEmpty()) {
         const bool exact = e.lowerStem == p.bundleID;
-        if (exact || (!ownFolder && beginsWithThen(e.lowerStem, p.bundleID, QLatin1StringView(".-"))))
-            return Match{desktop ? Confidence::likely : Confidence::sure,
+        if (exact || (!e.ownFolder && beginsWithThen(e.lowerStem, p.bundleID, QLatin1StringView(".-"))))
+            return Match{e.desktop ? Confidence::likely : Confidence::sure,
                          QStringLiteral("Bundle ID matches (%1)").arg(p.app.bundleID), int(1000 + characters(p.bundleID))};
-        if (ownFolder) return std::nullopt;
+        if (e.ownFolder) return std::nullopt;
 
         if (!p.app.team.isEmpty() && e.place == QLatin1String("Group Containers") &&
             e.name.startsWith(p.app.team + QLatin1Char('.')))
@@ -99,7 +99,7 @@ std::optional<Leftovers::Match> matchPrepared(const PreparedEntry& e, const Left
             return Match{Confidence::likely, QStringLiteral("Same developer's ID (%1)").arg(p.vendor),
                          int(500 + characters(p.vendor))};
     }
-    if (ownFolder) return std::nullopt;
+    if (e.ownFolder) return std::nullopt;
 
     std::optional<Match> best;
     for (const Leftovers::PreparedName& n : p.names) {

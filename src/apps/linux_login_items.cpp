@@ -9,7 +9,6 @@
 #include "core/paths.h"
 #include "platform/command_line.h"
 #include "platform/debian_packages.h"
-#include "platform/known_apps.h"
 
 namespace {
 
@@ -121,10 +120,7 @@ QList<LoginItem> judge(const QList<Draft>& drafts, const Context& context) {
 QList<LoginItem> list(const SystemFolders& folders) {
     Context context;
     context.apps = LinuxApps::list(folders);
-    const QSet<QString> flatpaks = FlatpakApps::installedIDs(folders);
-    context.installed = [flatpaks, knows = KnownApps::lookup()](const QString& id) {
-        return flatpaks.contains(id) || knows(id);
-    };
+    context.installed = FlatpakApps::stillInstalled(folders);
     context.packages = [](const QStringList& paths) { return DebianPackages::owners(paths); };
     context.searchPath = CommandLine::searchPath();
     return judge(drafts(folders), context);

@@ -158,9 +158,10 @@ TEST(LinuxHome, EachKindOfAppIsRemovedItsOwnWay) {
     const InstalledApp editor{"Editor", "com.example.Editor", bundle, 0, std::nullopt, "com.example", {}};
     EXPECT_EQ(AppRemoval::origin(editor, f.system), Origin::bundle);
     EXPECT_EQ(AppRemoval::plan(editor, f.system), (AppRemoval::Plan{Removal::trash(), {}, {}}));
-    // A folder named like an app id in the installation, but listed under another id, is no Flatpak of it.
+    // The path decides, whatever the record's identifier says: a deployment is never trashed.
     const InstalledApp odd{"Odd", "org.other.App", f.home + "/.local/share/flatpak/app/org.example.NightOwl", 0, std::nullopt, "", {}};
-    EXPECT_NE(AppRemoval::origin(odd, f.system), Origin::userFlatpak);
+    EXPECT_EQ(AppRemoval::plan(odd, f.system).removal,
+              Removal::command({"flatpak", "uninstall", "--user", "-y", "org.example.NightOwl"}));
 }
 
 TEST(LinuxHome, AnAppImagesIconsGoOnlyWhenNoOtherEntryUsesThem) {
