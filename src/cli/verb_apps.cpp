@@ -52,8 +52,8 @@ void printLoginItem(const LoginItem& item) {
                       item.enabled ? QStringLiteral("enabled") : QStringLiteral("disabled")};
     if (!item.developer.isEmpty()) facts.append(QStringLiteral("developer ") + item.developer);
     // On Linux the signer is the Debian package of the program.
-    const bool unsigned_ = item.signer == LoginItems::notSigned || item.signer == LinuxLoginItems::notPackaged;
-    facts.append(unsigned_ ? item.signer : QStringLiteral("package ") + item.signer);
+    const bool noSigner = item.signer == LoginItems::notSigned || item.signer == LinuxLoginItems::notPackaged;
+    facts.append(noSigner ? item.signer : QStringLiteral("package ") + item.signer);
     Out::line(QStringLiteral("  ") + facts.join(QStringLiteral(" · ")));
     Out::line(QStringLiteral("  ") + Fmt::path(item.path));
     if (item.missing) Out::line(QStringLiteral("  Its program no longer exists."));
