@@ -3,26 +3,30 @@
 #include <algorithm>
 
 #include "apps/concurrently.h"
+#include "apps/flatpak_apps.h"
 #include "apps/leftover_sweep.h"
 #include "apps/leftovers.h"
+#include "apps/linux_app.h"
 #include "apps/property_list.h"
+#include "apps/sorted_entries.h"
 #include "core/home.h"
 #include "measure/walker.h"
-#include "platform/known_apps.h"
+#include "platform/xdg_homes.h"
 
 namespace {
 
-// The entries of one folder in name order: the Mac's file system lists them so, and a fixed order
-// makes the ties between apps, and the order of equal sizes, the same on every run.
-QList<Walker::Entry> sortedEntries(const QString& folder) {
-    QList<Walker::Entry> entries;
-    Walker::list(folder, std::nullopt, [&](const Walker::Entry& e) { entries.append(e); });
-    std::sort(entries.begin(), entries.end(),
-              [](const Walker::Entry& a, const Walker::Entry& b) { return a.name < b.name; });
-    return entries;
-}
-
 bool stop(const Cancelled& cancelled) { return cancelled && cancelled(); }
+
+// Every place searched for leftovers, with its folder: the Library's, then a Linux home's.
+QList<std::pair<QString, QString>> placeFolders() {
+    QList<std::pair<QString, QString>> out;
+    for (const QString& place : Leftovers::places) out.append({place, Home::at(QStringLiteral("Library/") + place)});
+    out.append({Leftovers::flatpakPlace, Home::at(Leftovers::flatpakPlace)});
+    const QString desktopFolders[] = {XdgHomes::config(), XdgHomes::data(), XdgHomes::cache()};
+    for (qsizetype i = 0; i < Leftovers::desktopPlaces.size(); ++i)
+        out.append({Leftovers::desktopPlaces[i], desktopFolders[i]});
+    return out;
+}
 
 void measure(QList<Leftover>& leftovers, const Cancelled& cancelled) {
     for (Leftover& l : leftovers)
@@ -74,34 +78,40 @@ QString developer(const Bundle& bundle) {
 }
 
 Result scan(const Cancelled& cancelled, const SystemFolders& folders) {
-    const QList<Bundle> found = bundles(folders);
+    // The apps in listing order (ties between apps go to the earlier one): bundles, then the Linux apps.
+    QList<InstalledApp> apps;
     QList<Leftovers::AppIdentity> identities;
-    for (const Bundle& b : found) identities.append({b.name, b.bundleID, b.team});
+    for (const Bundle& b : bundles(folders)) {
+        apps.append(InstalledApp{b.name, b.bundleID, b.path, 0, lastUsed(b.path), developer(b), {}});
+        identities.append({b.name, b.bundleID, b.team});
+    }
+    for (const LinuxApp& a : LinuxApps::list(folders)) {
+        apps.append(a.record());
+        identities.append(a.identity());
+    }
     const QList<Leftovers::PreparedApp> prepared =
         Leftovers::prepare(identities, Leftovers::sharedVendors(identities));
 
     Leftovers::Sweep sweep;
-    for (const QString& place : Leftovers::places) {
+    for (const auto& [place, folder] : placeFolders()) {
         if (stop(cancelled)) return {};
-        const QString folder = Home::at(QStringLiteral("Library/") + place);
         for (const Walker::Entry& e : sortedEntries(folder)) Leftovers::take(e, place, folder, prepared, sweep);
     }
     // The filters look at names only, so they run first and nothing is measured that is not shown.
     Result result;
     result.orphans = Leftovers::keptOrphans(sweep.orphans, Leftovers::installedVendors(identities),
-                                            KnownApps::lookup());
-    for (const Bundle& b : found)
-        result.apps.append(InstalledApp{b.name, b.bundleID, b.path, 0, lastUsed(b.path), developer(b),
-                                        sweep.byApp.value(b.bundleID)});
+                                            FlatpakApps::stillInstalled(folders));
+    for (qsizetype i = 0; i < apps.size(); ++i) apps[i].leftovers = sweep.byApp.value(i);
+    result.apps = std::move(apps);
 
     // One task per app (and per orphan), each measured on one thread.
-    InstalledApp* apps = result.apps.data();
+    InstalledApp* measured = result.apps.data();
     Orphan* orphans = result.orphans.data();
     const qsizetype appCount = result.apps.size();
     concurrently(appCount + result.orphans.size(), Walker::threadCount(), [&](qsizetype i) {
         if (i < appCount) {
-            apps[i].appBytes = Walker::size(apps[i].path, false, cancelled).bytes;
-            measure(apps[i].leftovers, cancelled);
+            measured[i].appBytes = Walker::size(measured[i].path, false, cancelled).bytes;
+            measure(measured[i].leftovers, cancelled);
         } else {
             measure(orphans[i - appCount].leftovers, cancelled);
         }

@@ -1,6 +1,7 @@
 #pragma once
-// The Apps page's data: every installed app with its size and the Library items it left, and the
-// orphans, Library items of apps that are no longer installed.
+// The Apps page's data: every installed app with its size and the items it left (in the Library,
+// and in a Linux home's app folders), and the orphans, items of apps that are no longer installed.
+// The apps are the ".app" bundles and the Linux apps the user can remove (Flatpaks, AppImages).
 
 #include <QDateTime>
 #include <QList>
@@ -47,7 +48,8 @@ std::optional<QDateTime> lastUsed(const QString& bundlePath);
 // bundle carries without a signature; empty when neither exists.
 QString developer(const Bundle& bundle);
 
-// Lists the apps, sorts the Library's items to them and to orphans, and measures everything.
+// Lists the apps (bundles, then the Linux apps), sorts the items of every place to them and to
+// orphans, and measures everything.
 // Apps are sorted by total size, their leftovers by confidence then size, the orphans by the size
 // of all their items; all largest first, equal sizes in listing order. A scan cancelled part-way
 // returns an empty result rather than a list with half-measured sizes.

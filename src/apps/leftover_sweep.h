@@ -1,6 +1,7 @@
 #pragma once
-// The per-entry rule that sorts every top-level Library entry to the app that owns it or to an
-// orphan group, and the filters that decide which orphan groups are shown.
+// The per-entry rule that sorts every top-level entry of the places (the Library's, a Linux home's)
+// to the app that owns it or to an orphan group, and the filters that decide which orphan groups
+// are shown.
 
 #include <QHash>
 #include <QList>
@@ -19,13 +20,14 @@ struct OrphanGroup {
     QString key;
     QList<Leftover> items;
     bool ranHere = false;  // an item lies where only a running app writes (see evidencePlaces)
+    bool flatpak = false;  // an item is a Flatpak app's own folder (in flatpakPlace)
 
     bool operator==(const OrphanGroup&) const = default;
 };
 
 // What the per-entry rule gathered over the Library places. A folder's size is -1 until measured.
 struct Sweep {
-    QHash<QString, QList<Leftover>> byApp;  // bundle identifier → its leftovers, in listing order
+    QHash<qsizetype, QList<Leftover>> byApp;  // index of the app → its leftovers, in listing order
     QList<OrphanGroup> orphans;             // in the order first seen
     QHash<QString, qsizetype> orphanAt;     // key → index in `orphans`
 };
@@ -36,9 +38,13 @@ inline const QStringList evidencePlaces{QStringLiteral("Preferences"), QStringLi
                                         QStringLiteral("HTTPStorages")};
 
 inline const QString orphanWhy = QStringLiteral("Bundle ID of an app that isn't installed");
+inline const QString flatpakOrphanWhy = QStringLiteral("Flatpak data of an app that isn't installed");
 
-// Sorts one entry of the place (one of `places`) whose folder is `placeFolder`. Anything that is
-// neither a folder nor a regular file (a symbolic link) is left alone.
+// Sorts one entry of the place (one of `places`, `flatpakPlace` or `desktopPlaces`) whose folder
+// is `placeFolder`. Anything that is neither a folder nor a regular file (a symbolic link) is left
+// alone, and so are the desktop's shared entries. Only the Library and `flatpakPlace` have
+// orphans: a folder of ~/.var/app that no installed app owns is its app's whole data (`sure`),
+// kept when its "data" or "config" folder holds anything.
 void take(const Walker::Entry& entry, const QString& place, const QString& placeFolder,
           const QList<PreparedApp>& apps, Sweep& into);
 
@@ -46,8 +52,8 @@ void take(const Walker::Entry& entry, const QString& place, const QString& place
 QSet<QString> installedVendors(const QList<AppIdentity>& apps);
 
 // The orphan groups worth showing: with evidence that the app ran, not of a vendor with an
-// installed app (a helper of that app, most likely), and not of an app the platform still knows
-// elsewhere (`platformKnows(bundleID)`).
+// installed app (a helper of that app, most likely; not asked of a Flatpak's folder, which is
+// always one app's), and not of an app the platform still knows elsewhere (`platformKnows(bundleID)`).
 QList<Orphan> keptOrphans(const QList<OrphanGroup>& groups, const QSet<QString>& installedVendors,
                           const std::function<bool(const QString&)>& platformKnows);
 

@@ -1,6 +1,7 @@
 #include "apps/leftovers.h"
 
 #include <QHash>
+#include <algorithm>
 
 #include "core/paths.h"
 
@@ -25,11 +26,20 @@ struct PreparedEntry {
     const QString& place;
     QString lowerStem;
     QStringList words;
+    bool ownFolder;  // in flatpakPlace
+    bool desktop;    // in one of desktopPlaces
 };
 
 PreparedEntry prepareEntry(const QString& name, const QString& place) {
     const QString s = Leftovers::stem(name);
-    return {name, place, s.toLower(), Leftovers::words(s)};
+    return {name, place, s.toLower(), Leftovers::words(s), place == Leftovers::flatpakPlace,
+            Leftovers::desktopPlaces.contains(place)};
+}
+
+Leftovers::PreparedName prepareName(const QString& name, const QString& wholeWhy) {
+    Leftovers::PreparedName p{name, wholeWhy, Leftovers::words(name), 0};
+    p.letters = characters(p.words.join(QString()));
+    return p;
 }
 
 Leftovers::PreparedApp prepareApp(const Leftovers::AppIdentity& app, bool vendorIsShared) {
@@ -40,8 +50,14 @@ Leftovers::PreparedApp prepareApp(const Leftovers::AppIdentity& app, bool vendor
         const QString lower = v->toLower();
         if (!vendorIsShared && !Leftovers::broadVendors.contains(lower)) p.vendor = lower;
     }
-    p.nameWords = Leftovers::words(app.name);
-    p.nameLetters = characters(p.nameWords.join(QString()));
+    if (!p.bundleID.isEmpty()) p.names.append(prepareName(app.name, QStringLiteral("Named after the app")));
+    for (const Leftovers::OtherName& other : app.otherNames) {
+        Leftovers::PreparedName n = prepareName(other.name, other.why);
+        // A window class or program spelled like the app's name adds nothing but a second reason.
+        const bool known = std::any_of(p.names.cbegin(), p.names.cend(),
+                                       [&](const Leftovers::PreparedName& k) { return k.words == n.words; });
+        if (!known) p.names.append(std::move(n));
+    }
     return p;
 }
 
@@ -55,31 +71,42 @@ qsizetype findRun(const QStringList& haystack, const QStringList& run) {
     return -1;
 }
 
+// The name rule for one name: the name's words as a run of the entry's words.
+std::optional<Leftovers::Match> matchName(const QStringList& w, const Leftovers::PreparedName& n) {
+    const QStringList& a = n.words;
+    // Short names such as Go or X would match far too much.
+    if (a.isEmpty() || n.letters < 4 || w.size() < a.size() || findRun(w, a) < 0) return std::nullopt;
+    const bool whole = w.size() == a.size();
+    const QString why = whole ? n.wholeWhy : QStringLiteral("Name contains \"%1\"").arg(n.name);
+    const int base = whole ? 300 : 100;
+    return Leftovers::Match{Confidence::likely, why, int(base + 2 * n.letters - (w.size() - a.size()))};
+}
+
 std::optional<Leftovers::Match> matchPrepared(const PreparedEntry& e, const Leftovers::PreparedApp& p) {
     using Leftovers::Match;
-    if (p.bundleID.isEmpty()) return std::nullopt;
+    if (!p.bundleID.isEmpty()) {
+        const bool exact = e.lowerStem == p.bundleID;
+        if (exact || (!e.ownFolder && beginsWithThen(e.lowerStem, p.bundleID, QLatin1StringView(".-"))))
+            return Match{e.desktop ? Confidence::likely : Confidence::sure,
+                         QStringLiteral("Bundle ID matches (%1)").arg(p.app.bundleID), int(1000 + characters(p.bundleID))};
+        if (e.ownFolder) return std::nullopt;
 
-    if (e.lowerStem == p.bundleID || beginsWithThen(e.lowerStem, p.bundleID, QLatin1StringView(".-")))
-        return Match{Confidence::sure, QStringLiteral("Bundle ID matches (%1)").arg(p.app.bundleID),
-                     int(1000 + characters(p.bundleID))};
+        if (!p.app.team.isEmpty() && e.place == QLatin1String("Group Containers") &&
+            e.name.startsWith(p.app.team + QLatin1Char('.')))
+            return Match{Confidence::sure, QStringLiteral("Made by the same signing team (%1)").arg(p.app.team), 900};
 
-    if (!p.app.team.isEmpty() && e.place == QLatin1String("Group Containers") &&
-        e.name.startsWith(p.app.team + QLatin1Char('.')))
-        return Match{Confidence::sure, QStringLiteral("Made by the same signing team (%1)").arg(p.app.team), 900};
+        if (!p.vendor.isEmpty() && beginsWithThen(e.lowerStem, p.vendor, QLatin1StringView(".")))
+            return Match{Confidence::likely, QStringLiteral("Same developer's ID (%1)").arg(p.vendor),
+                         int(500 + characters(p.vendor))};
+    }
+    if (e.ownFolder) return std::nullopt;
 
-    if (!p.vendor.isEmpty() && beginsWithThen(e.lowerStem, p.vendor, QLatin1StringView(".")))
-        return Match{Confidence::likely, QStringLiteral("Same developer's ID (%1)").arg(p.vendor),
-                     int(500 + characters(p.vendor))};
-
-    const QStringList& a = p.nameWords;
-    const QStringList& w = e.words;
-    // Short names such as Go or X would match far too much.
-    if (a.isEmpty() || p.nameLetters < 4 || w.size() < a.size() || findRun(w, a) < 0) return std::nullopt;
-    const bool whole = w.size() == a.size();
-    const QString why = whole ? QStringLiteral("Named after the app")
-                              : QStringLiteral("Name contains \"%1\"").arg(p.app.name);
-    const int base = whole ? 300 : 100;
-    return Match{Confidence::likely, why, int(base + 2 * p.nameLetters - (w.size() - a.size()))};
+    std::optional<Match> best;
+    for (const Leftovers::PreparedName& n : p.names) {
+        auto m = matchName(e.words, n);
+        if (m && (!best || m->strength > best->strength)) best = std::move(m);
+    }
+    return best;
 }
 
 }  // namespace

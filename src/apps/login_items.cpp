@@ -9,6 +9,7 @@
 
 #include "apps/app_scanner.h"
 #include "apps/leftovers.h"
+#include "apps/linux_login_items.h"
 #include "apps/property_list.h"
 #include "core/home.h"
 #include "core/paths.h"
@@ -152,6 +153,7 @@ QList<LoginItem> list(const SystemFolders& folders) {
                 items.append(std::move(*item));
         });
     }
+    items += LinuxLoginItems::list(folders);
     std::sort(items.begin(), items.end(), [](const LoginItem& a, const LoginItem& b) {
         if (a.needsAdmin != b.needsAdmin) return !a.needsAdmin;
         if (const int byName = a.name.compare(b.name, Qt::CaseInsensitive)) return byName < 0;

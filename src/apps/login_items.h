@@ -1,7 +1,8 @@
 #pragma once
 // What starts at login or boot: the launchd jobs of this user ("Library/LaunchAgents" in the home)
 // and of every user ("/Library/LaunchAgents", "/Library/LaunchDaemons"), with whether launchd has
-// them disabled, the app they belong to, and whether their program is still there.
+// them disabled, the app they belong to, and whether their program is still there; and on a Linux
+// desktop its autostart entries and systemd user services (linux_login_items.h).
 
 #include <QHash>
 #include <QList>
@@ -24,8 +25,8 @@ QHash<QString, bool> parseDisabled(const QString& output);
 // be run, as on a machine without launchd.
 QHash<QString, bool> disabledLabels(const QString& launchctl);
 
-// Every job whose property list can be read and has a label, this user's first, then by name.
-// Damaged property lists and ones without a label are left out.
+// Every job whose property list can be read and has a label, and every Linux item, this user's
+// first, then by name. Damaged files and property lists without a label are left out.
 QList<LoginItem> list(const SystemFolders& folders = SystemFolders::current());
 
 }  // namespace LoginItems

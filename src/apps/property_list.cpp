@@ -1,15 +1,11 @@
 #include "apps/property_list.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <plist/plist.h>
 
 #include <QDateTime>
 #include <memory>
 
-#include "core/paths.h"
+#include "platform/small_file.h"
 
 namespace {
 
@@ -110,23 +106,8 @@ std::optional<QVariantMap> parse(const QByteArray& data) {
 }
 
 std::optional<QVariantMap> read(const QString& path) {
-    // Non-blocking, so that a named pipe in place of the file cannot hang the scan.
-    const int fd = ::open(Paths::toBytes(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (fd < 0) return std::nullopt;
-    struct stat st;
-    QByteArray data;
-    if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size <= largestFile) {
-        data.resize(qsizetype(st.st_size));
-        qsizetype got = 0;
-        while (got < data.size()) {
-            const ssize_t n = ::read(fd, data.data() + got, size_t(data.size() - got));
-            if (n <= 0) break;
-            got += n;
-        }
-        data.truncate(got);
-    }
-    ::close(fd);
-    return parse(data);
+    const auto data = SmallFile::read(path, largestFile);
+    return data ? parse(*data) : std::nullopt;
 }
 
 std::optional<QString> text(const QVariantMap& dict, const QString& key) {

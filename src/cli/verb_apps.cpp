@@ -1,6 +1,7 @@
 // quarle apps [--json], quarle orphans [--json], quarle login-items [--json]
 
 #include "apps/app_scanner.h"
+#include "apps/linux_login_items.h"
 #include "apps/login_items.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
@@ -50,7 +51,9 @@ void printLoginItem(const LoginItem& item) {
     QStringList facts{item.scope(), rawValue(item.kind),
                       item.enabled ? QStringLiteral("enabled") : QStringLiteral("disabled")};
     if (!item.developer.isEmpty()) facts.append(QStringLiteral("developer ") + item.developer);
-    facts.append(item.signer);
+    // On Linux the signer is the Debian package of the program.
+    const bool noSigner = item.signer == LoginItems::notSigned || item.signer == LinuxLoginItems::notPackaged;
+    facts.append(noSigner ? item.signer : QStringLiteral("package ") + item.signer);
     Out::line(QStringLiteral("  ") + facts.join(QStringLiteral(" · ")));
     Out::line(QStringLiteral("  ") + Fmt::path(item.path));
     if (item.missing) Out::line(QStringLiteral("  Its program no longer exists."));
@@ -74,7 +77,7 @@ int runApps(const QStringList& args) {
         total = Checked::add(total, app.total());
     }
     if (result.apps.isEmpty())
-        Out::line(QStringLiteral("No apps in %1 or %2.")
+        Out::line(QStringLiteral("No apps in %1 or %2, no Flatpak apps and no AppImages.")
                       .arg(SystemFolders::current().applications, Fmt::path(Home::at(QStringLiteral("Applications")))));
     else
         Out::line(QStringLiteral("%1, %2 in all.").arg(Fmt::count(result.apps.size(), QStringLiteral("app")), Fmt::bytes(total)));

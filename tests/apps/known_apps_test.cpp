@@ -2,32 +2,15 @@
 
 #include <sys/stat.h>
 
-#include <QFile>
-
 #include "platform/known_apps.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
 #include "support/sandbox.h"
 
+using LinuxFixtures::ScopedEnv;
+using LinuxFixtures::contents;
+
 namespace {
-
-// Sets an environment variable for one test and puts the old value back afterwards.
-class ScopedEnv {
-public:
-    ScopedEnv(const char* name, const QByteArray& value) : name_(name), had_(qEnvironmentVariableIsSet(name)), old_(qgetenv(name)) {
-        qputenv(name, value);
-    }
-    ~ScopedEnv() {
-        if (had_)
-            qputenv(name_, old_);
-        else
-            qunsetenv(name_);
-    }
-
-private:
-    const char* name_;
-    bool had_;
-    QByteArray old_;
-};
 
 // A `flatpak` that prints two application ids and counts its runs in `runs`.
 QString fakeFlatpak(const QString& runs) {
@@ -37,11 +20,6 @@ QString fakeFlatpak(const QString& runs) {
                                            "printf 'org.example.Flat\\n  com.example.Other  \\n\\n'\n");
     ::chmod((bin + "/flatpak").toUtf8().constData(), 0755);
     return bin;
-}
-
-QByteArray runsOf(const QString& file) {
-    QFile f(file);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 }  // namespace
@@ -78,15 +56,15 @@ TEST(KnownApps, FlatpaksAreListedOnceAndOnlyWhenADesktopEntryDoesNotSettleIt) {
     Files::writeText(root + "/data/applications/org.example.Desk.desktop", "[Desktop Entry]\n");
 
     EXPECT_EQ(KnownApps::installedFlatpaks(), (QSet<QString>{"org.example.Flat", "com.example.Other"}));
-    EXPECT_EQ(runsOf(runs), "run\n");
+    EXPECT_EQ(contents(runs), "run\n");
 
     const auto knows = KnownApps::lookup();
     EXPECT_TRUE(knows("org.example.Desk"));
-    EXPECT_EQ(runsOf(runs), "run\n") << "a desktop entry answers without running flatpak";
+    EXPECT_EQ(contents(runs), "run\n") << "a desktop entry answers without running flatpak";
     EXPECT_TRUE(knows("org.example.Flat"));
     EXPECT_TRUE(knows("com.example.Other"));
     EXPECT_FALSE(knows("org.example.Gone"));
-    EXPECT_EQ(runsOf(runs), "run\nrun\n") << "one listing for all questions";
+    EXPECT_EQ(contents(runs), "run\nrun\n") << "one listing for all questions";
 
     const ScopedEnv noFlatpak("PATH", (Sandbox::scratch("empty")).toUtf8());
     EXPECT_TRUE(KnownApps::installedFlatpaks().isEmpty());

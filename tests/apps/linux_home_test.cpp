@@ -1,0 +1,229 @@
+#include <gtest/gtest.h>
+
+#include "apps/app_removal.h"
+#include "apps/app_scanner.h"
+#include "apps/linux_login_items.h"
+#include "apps/login_items.h"
+#include "core/fmt.h"
+#include "core/paths.h"
+#include "core/record_json.h"
+#include "measure/walker.h"
+#include "support/files.h"
+#include "support/linux_apps.h"
+#include "support/mac_apps.h"
+#include "support/run_quarle.h"
+#include "support/sandbox.h"
+
+using LinuxFixtures::ScopedEnv;
+
+namespace {
+
+// A Linux desktop's home: a Flatpak of the user's and one of the system's, two AppImages, what
+// they left in ~/.var/app and the XDG folders, the data of apps that are gone, a user's own
+// folders, an autostart entry and a user service; fake flatpak and dpkg on a PATH of its own.
+struct LinuxHome {
+    QString home, bin, obsidian, obsidianEntry, obsidianIcon, nvim;
+    SystemFolders system;
+
+    LinuxHome() {
+        Sandbox::clearHome();
+        home = Sandbox::home();
+        system = SystemFolders::under(Sandbox::scratch("system"));
+        bin = Sandbox::scratch("bin");
+        LinuxFixtures::script(bin, "flatpak", "[ \"$1\" = list ] && echo org.example.Listed\nexit 0\n");
+        LinuxFixtures::script(bin, "dpkg", "for p in \"$@\"; do [ \"$p\" = '" + bin.toUtf8() + "/owl-agent' ] && "
+                                           "echo \"owl-tools: $p\"; done\nexit 1\n");
+        LinuxFixtures::script(bin, "owl-agent", "true\n");
+
+        LinuxFixtures::flatpak(home + "/.local/share/flatpak",
+                               {"org.example.NightOwl", "Night Owl", "nightowl", "Night Owl Studio", "night-owl-main", 300'000});
+        LinuxFixtures::flatpak(system.flatpak, {"com.example.Shared", "Shared Board", "shared-board", "", "", 100'000});
+        obsidian = LinuxFixtures::elf(home + "/Applications/Obsidian-1.4.16.AppImage", 2, 200'000);
+        obsidianEntry = LinuxFixtures::desktopEntry(
+            home + "/.local/share/applications/appimagekit_0f1e2d-md.obsidian.Obsidian.desktop",
+            {"Type=Application", "Name=Obsidian", "Exec=\"" + obsidian + "\" %U", "StartupWMClass=obsidian",
+             "Icon=appimagekit_0f1e2d-obsidian"});
+        obsidianIcon = LinuxFixtures::text(home + "/.local/share/icons/hicolor/256x256/apps/appimagekit_0f1e2d-obsidian.png", "png");
+        nvim = LinuxFixtures::elf(home + "/.local/bin/nvim", 2, 50'000);
+
+        const auto folder = [&](const QString& relative, qint64 bytes = 20'000) {
+            Files::makeDirs(home + "/" + relative);
+            Files::write(home + "/" + relative + "/data", bytes);
+        };
+        folder(".var/app/org.example.NightOwl/config");
+        folder(".var/app/org.example.NightOwl/data", 60'000);
+        folder(".var/app/com.example.Shared/cache");
+        folder(".config/nightowl");                  // its program
+        folder(".cache/night-owl-main", 40'000);      // its window class, as Electron names its caches
+        folder(".config/obsidian");                  // an Electron app's settings
+        folder(".config/md.obsidian.Obsidian");
+        folder(".local/share/nvim");
+        folder(".cache/nvim");
+        folder(".config/Unrelated Tool");
+        folder("Documents/Night Owl");               // the user's own folder
+        folder(".local/share/applications/nvim");    // the desktop's, whatever its name
+        folder(".var/app/org.gone.Game/data", 80'000);
+        folder(".var/app/org.gone.CacheOnly/cache");
+        folder(".var/app/org.example.Listed/config");  // flatpak still lists it
+        LinuxFixtures::desktopEntry(home + "/.config/autostart/org.example.NightOwl.desktop",
+                                    {"Type=Application", "Name=Night Owl", "X-Flatpak=org.example.NightOwl",
+                                     "Exec=flatpak run org.example.NightOwl --background"});
+        LinuxFixtures::text(home + "/.config/systemd/user/owl-agent.service",
+                            "[Unit]\nDescription=Owl agent\n[Service]\nExecStart=owl-agent\n");
+    }
+
+    QByteArray systemRoot() const { return "QUARLE_SYSTEM_ROOT=" + Paths::toBytes(Paths::parentOf(system.applications)); }
+    QByteArray path() const { return "PATH=" + bin.toUtf8() + ":/usr/bin:/bin"; }
+};
+
+const InstalledApp* find(const QList<InstalledApp>& apps, const QString& name) {
+    for (const InstalledApp& a : apps)
+        if (a.name == name) return &a;
+    return nullptr;
+}
+
+// Leftover path below the home → "confidence: why".
+QMap<QString, QString> leftoversOf(const InstalledApp* app) {
+    QMap<QString, QString> out;
+    if (!app) return out;
+    for (const Leftover& l : app->leftovers)
+        out.insert(l.path.mid(Sandbox::home().size() + 1), rawValue(l.confidence) + ": " + l.why);
+    return out;
+}
+
+}  // namespace
+
+TEST(LinuxHome, FlatpaksAndAppImagesAreListedWithWhatTheyLeftAndTheGoneAppsData) {
+    const LinuxHome f;
+    const ScopedEnv path("PATH", f.bin.toUtf8() + ":/usr/bin:/bin");
+    const AppScanner::Result result = AppScanner::scan({}, f.system);
+
+    QStringList names;
+    for (const InstalledApp& a : result.apps) names.append(a.name);
+    EXPECT_EQ(names, (QStringList{"Night Owl", "Obsidian", "Shared Board", "nvim"})) << "largest first";
+
+    const InstalledApp* owl = find(result.apps, "Night Owl");
+    ASSERT_TRUE(owl);
+    EXPECT_EQ(owl->path, f.home + "/.local/share/flatpak/app/org.example.NightOwl");
+    EXPECT_EQ(owl->appBytes, Walker::size(owl->path, false).bytes);
+    EXPECT_EQ(owl->bundleID, "org.example.NightOwl");
+    EXPECT_EQ(owl->developer, "Night Owl Studio");
+    EXPECT_EQ(owl->lastUsed, std::nullopt);
+    EXPECT_EQ(leftoversOf(owl), (QMap<QString, QString>{
+                                    {".var/app/org.example.NightOwl", "sure: Bundle ID matches (org.example.NightOwl)"},
+                                    {".config/nightowl", "likely: Named after its program (nightowl)"},
+                                    {".cache/night-owl-main", "likely: Named after its window class (night-owl-main)"}}))
+        << "~/Documents/Night Owl is the user's own";
+    EXPECT_EQ(owl->leftovers[0].bytes, Walker::size(f.home + "/.var/app/org.example.NightOwl", false).bytes);
+
+    EXPECT_EQ(leftoversOf(find(result.apps, "Obsidian")),
+              (QMap<QString, QString>{{".config/obsidian", "likely: Named after the app"},
+                                      {".config/md.obsidian.Obsidian", "likely: Bundle ID matches (md.obsidian.Obsidian)"}}));
+    EXPECT_EQ(find(result.apps, "Obsidian")->path, f.obsidian);
+    EXPECT_EQ(leftoversOf(find(result.apps, "Shared Board")),
+              (QMap<QString, QString>{{".var/app/com.example.Shared", "sure: Bundle ID matches (com.example.Shared)"}}));
+    EXPECT_EQ(leftoversOf(find(result.apps, "nvim")),
+              (QMap<QString, QString>{{".local/share/nvim", "likely: Named after the app"},
+                                      {".cache/nvim", "likely: Named after the app"}}));
+    EXPECT_EQ(find(result.apps, "nvim")->bundleID, "");
+
+    ASSERT_EQ(result.orphans.size(), 1) << "only cache, or still listed by flatpak: not an orphan";
+    EXPECT_EQ(result.orphans[0], (Orphan{"org.gone.Game", "org.gone.Game",
+                                         {{f.home + "/.var/app/org.gone.Game", Walker::size(f.home + "/.var/app/org.gone.Game", false).bytes,
+                                           "Flatpak data of an app that isn't installed", Confidence::sure}}}));
+}
+
+TEST(LinuxHome, EachKindOfAppIsRemovedItsOwnWay) {
+    const LinuxHome f;
+    const AppScanner::Result result = AppScanner::scan({}, f.system);
+    using AppRemoval::Origin;
+
+    const InstalledApp& owl = *find(result.apps, "Night Owl");
+    EXPECT_EQ(AppRemoval::origin(owl, f.system), Origin::userFlatpak);
+    EXPECT_EQ(AppRemoval::plan(owl, f.system),
+              (AppRemoval::Plan{Removal::command({"flatpak", "uninstall", "--user", "-y", "org.example.NightOwl"}), {}, {}}));
+
+    const InstalledApp& shared = *find(result.apps, "Shared Board");
+    EXPECT_EQ(AppRemoval::origin(shared, f.system), Origin::systemFlatpak);
+    const AppRemoval::Plan refused = AppRemoval::plan(shared, f.system);
+    EXPECT_TRUE(refused.refused());
+    EXPECT_EQ(refused.refusal, "Shared Board is installed for all users of this computer, so removing it needs an administrator.");
+
+    const InstalledApp& obsidian = *find(result.apps, "Obsidian");
+    EXPECT_EQ(AppRemoval::origin(obsidian, f.system), Origin::appImage);
+    EXPECT_EQ(AppRemoval::plan(obsidian, f.system), (AppRemoval::Plan{Removal::trash(), {}, {f.obsidianEntry, f.obsidianIcon}}));
+    EXPECT_EQ(AppRemoval::plan(*find(result.apps, "nvim"), f.system), (AppRemoval::Plan{Removal::trash(), {}, {}}));
+
+    const QString bundle = MacApps::app(f.system.applications, "Editor.app", MacApps::info("com.example.Editor", "Editor"));
+    const InstalledApp editor{"Editor", "com.example.Editor", bundle, 0, std::nullopt, "com.example", {}};
+    EXPECT_EQ(AppRemoval::origin(editor, f.system), Origin::bundle);
+    EXPECT_EQ(AppRemoval::plan(editor, f.system), (AppRemoval::Plan{Removal::trash(), {}, {}}));
+    // The path decides, whatever the record's identifier says: a deployment is never trashed.
+    const InstalledApp odd{"Odd", "org.other.App", f.home + "/.local/share/flatpak/app/org.example.NightOwl", 0, std::nullopt, "", {}};
+    EXPECT_EQ(AppRemoval::plan(odd, f.system).removal,
+              Removal::command({"flatpak", "uninstall", "--user", "-y", "org.example.NightOwl"}));
+}
+
+TEST(LinuxHome, AnAppImagesIconsGoOnlyWhenNoOtherEntryUsesThem) {
+    const LinuxHome f;
+    const QString entries = f.home + "/.local/share/applications";
+    const QString icons = f.home + "/.local/share/icons";
+    // A second entry for the same AppImage with an icon by path, and one whose icon another app shares.
+    const QString second = LinuxFixtures::desktopEntry(entries + "/obsidian-vault.desktop",
+                                                       {"Name=Vault", "Exec=" + f.obsidian + " --vault", "Icon=" + icons + "/../icons/vault.svg"});
+    const QString vault = LinuxFixtures::text(icons + "/vault.svg", "svg");
+    LinuxFixtures::desktopEntry(entries + "/obsidian-shared.desktop", {"Name=Shared", "TryExec=" + f.obsidian, "Icon=notes"});
+    LinuxFixtures::desktopEntry(entries + "/notes.desktop", {"Name=Notes", "Exec=/usr/bin/notes", "Icon=notes"});
+    LinuxFixtures::text(icons + "/hicolor/48x48/apps/notes.png", "png");
+    LinuxFixtures::desktopEntry(entries + "/obsidian-system-icon.desktop", {"Name=Sys", "Exec=" + f.obsidian, "Icon=/usr/share/icons/x.png"});
+    LinuxFixtures::text(icons + "/hicolor/scalable/apps/appimagekit_0f1e2d-obsidian.svg", "svg");
+    LinuxFixtures::text(icons + "/hicolor/48x48/apps/appimagekit_0f1e2d-obsidian-other.png", "png");
+
+    const InstalledApp obsidian{"Obsidian", "md.obsidian.Obsidian", f.obsidian, 0, std::nullopt, "", {}};
+    EXPECT_EQ(AppRemoval::plan(obsidian, f.system).alsoTrash,
+              (QStringList{f.obsidianEntry, entries + "/obsidian-shared.desktop", entries + "/obsidian-system-icon.desktop",
+                           second, f.obsidianIcon, icons + "/hicolor/scalable/apps/appimagekit_0f1e2d-obsidian.svg", vault}))
+        << "entries, then the icons only they use, found by name in the user's icons or given by a path inside them";
+}
+
+TEST(LinuxHome, TheVerbsShowTheLinuxRecords) {
+    const LinuxHome f;
+    const QList<QByteArray> env{f.systemRoot(), f.path()};
+
+    const Ran apps = runQuarle({"apps"}, env);
+    EXPECT_EQ(apps.status, 0) << apps.err.constData();
+    const QString text = QString::fromUtf8(apps.out);
+    for (const QString& line : {QString("  ~/.local/share/flatpak/app/org.example.NightOwl\n"),
+                                QString("  org.example.NightOwl · developer Night Owl Studio · last used unknown\n"),
+                                QString("  ~/Applications/Obsidian-1.4.16.AppImage\n"),
+                                QString("  no bundle identifier · developer unknown · last used unknown\n"),
+                                "  Likely    " + Fmt::bytes(Walker::size(f.home + "/.config/nightowl", false).bytes).rightJustified(8) +
+                                    "  ~/.config/nightowl — Named after its program (nightowl)\n",
+                                QString("4 apps, ")})
+        EXPECT_TRUE(text.contains(line)) << line.toStdString() << "\nin\n" << text.toStdString();
+
+    const Ran json = runQuarle({"apps", "--json"}, env);
+    const auto listed = decodeJsonList<InstalledApp>(parseJson(json.out).value_or(QJsonValue()));
+    ASSERT_TRUE(listed) << json.out.constData();
+    const ScopedEnv path("PATH", f.bin.toUtf8() + ":/usr/bin:/bin");
+    EXPECT_EQ(*listed, AppScanner::scan({}, f.system).apps);
+
+    const qint64 game = Walker::size(f.home + "/.var/app/org.gone.Game", false).bytes;
+    EXPECT_EQ(QString::fromUtf8(runQuarle({"orphans"}, env).out),
+              "org.gone.Game — " + Fmt::bytes(game) + "\n  Sure    " + Fmt::bytes(game).rightJustified(10) +
+                  "  ~/.var/app/org.gone.Game — Flatpak data of an app that isn't installed\n\n"
+                  "Leftovers of 1 app that are gone, " + Fmt::bytes(game) + " in all.\n");
+
+    EXPECT_EQ(QString::fromUtf8(runQuarle({"login-items"}, env).out),
+              "Night Owl (org.example.NightOwl)\n"
+              "  This user · loginItem · enabled · developer Night Owl Studio · Not packaged\n"
+              "  ~/.config/autostart/org.example.NightOwl.desktop\n"
+              "  The app it belongs to is installed.\n"
+              "\n"
+              "Owl agent (owl-agent.service)\n"
+              "  This user · agent · disabled · package owl-tools\n"
+              "  ~/.config/systemd/user/owl-agent.service\n"
+              "  The app it belongs to is installed.\n"
+              "\n"
+              "2 login items.\n");
+}
