@@ -1,6 +1,7 @@
 #include "scan/catalogue.h"
 
 #include "core/home.h"
+#include "core/paths.h"
 #include "platform/xdg.h"
 
 namespace Catalogue {
@@ -224,7 +225,11 @@ const QList<Anchor>& anchors() {
     return all;
 }
 
-QString cacheFolder() { return Xdg::cacheHome(); }
+QString cacheFolder() {
+    // A cache folder that is the home itself, or holds it, would offer the whole home as a cache.
+    const QString folder = Xdg::cacheHome();
+    return Paths::isWithin(Home::path(), folder) ? Home::at(QStringLiteral(".cache")) : folder;
+}
 
 QString at(const QString& relative) {
     for (const Anchor& a : anchors()) {

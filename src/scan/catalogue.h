@@ -57,7 +57,8 @@ struct Anchor {
     QString (*folder)();
 };
 const QList<Anchor>& anchors();
-// The folder ".cache" stands for: $XDG_CACHE_HOME when absolute, else ~/.cache.
+// The folder ".cache" stands for: $XDG_CACHE_HOME when absolute, else ~/.cache; ~/.cache too when
+// the variable names the home itself or a folder above it.
 QString cacheFolder();
 // The absolute place of rule path `relative`.
 QString at(const QString& relative);

@@ -151,5 +151,12 @@ TEST(Catalogue, CachePathsFollowXdgCacheHomeWhenItIsAbsolute) {
     EXPECT_EQ(Catalogue::at(".cache/yarn"), Sandbox::home() + "/.cache/yarn");
     qputenv("XDG_CACHE_HOME", "");
     EXPECT_EQ(Catalogue::cacheFolder(), Sandbox::home() + "/.cache");
+    // The home itself, or a folder above it, would make the whole home a cache.
+    for (const QString& above : {Sandbox::home(), Sandbox::home() + "/", Sandbox::root(), QString("/")}) {
+        qputenv("XDG_CACHE_HOME", above.toUtf8());
+        EXPECT_EQ(Catalogue::cacheFolder(), Sandbox::home() + "/.cache") << above.toStdString();
+    }
+    qputenv("XDG_CACHE_HOME", (Sandbox::home() + "/cache-of-mine").toUtf8());
+    EXPECT_EQ(Catalogue::cacheFolder(), Sandbox::home() + "/cache-of-mine");
     qputenv("XDG_CACHE_HOME", saved);
 }
