@@ -8,39 +8,14 @@ their caches, Flatpak apps, Maven, rustup, cargo, Go modules, projects with node
 for a year) and user folders with German names. File contents are a few KB of zeros.
 """
 import os
-import random
 import sys
-import time
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from tree_writer import TreeWriter  # noqa: E402
 
 home = sys.argv[1]
-rng = random.Random(int(sys.argv[2]) if len(sys.argv) > 2 else 12345)
-count = 0
-old = time.time() - 400 * 86400
-block = b"\0" * 16384
-
-
-def files(folder, n, depth=2, fanout=8):
-    """n files spread over a tree of `depth` levels below folder."""
-    global count
-    for i in range(n):
-        parts = [folder] + ["d%d" % rng.randrange(fanout) for _ in range(depth)]
-        d = os.path.join(*parts)
-        os.makedirs(d, exist_ok=True)
-        with open(os.path.join(d, "f%d" % i), "wb") as f:
-            f.write(block[: rng.choice((512, 2048, 4096, 8192, 16384))])
-        count += 1
-
-
-def project(root, name, modules, idle):
-    p = os.path.join(root, name)
-    files(os.path.join(p, "node_modules"), modules, depth=3, fanout=10)
-    files(os.path.join(p, "src"), 150, depth=2, fanout=4)
-    with open(os.path.join(p, "package.json"), "w") as f:
-        f.write("{}")
-    if idle:
-        for dirpath, dirnames, filenames in os.walk(p, topdown=False):
-            for n in filenames + dirnames:
-                os.utime(os.path.join(dirpath, n), (old, old), follow_symlinks=False)
+w = TreeWriter(int(sys.argv[2]) if len(sys.argv) > 2 else 12345)
+files, project = w.files, w.project
 
 
 def at(relative):
@@ -77,4 +52,4 @@ with open(at(".config/user-dirs.dirs"), "w") as f:
     f.write('XDG_DESKTOP_DIR="$HOME/Schreibtisch"\nXDG_DOWNLOAD_DIR="$HOME/Downloads"\n'
             'XDG_DOCUMENTS_DIR="$HOME/Dokumente"\nXDG_MUSIC_DIR="$HOME/Musik"\n'
             'XDG_PICTURES_DIR="$HOME/Bilder"\nXDG_VIDEOS_DIR="$HOME/Videos"\n')
-print("%d files written in %s" % (count, home))
+print("%d files written in %s" % (w.count, home))

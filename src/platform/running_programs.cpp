@@ -3,32 +3,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QRegularExpression>
 #include <QSet>
 #include <climits>
 #include <dirent.h>
 
 #include "core/paths.h"
 #include "platform/small_file.h"
+#include "platform/words.h"
 
 namespace {
-
-// Letters and digits only, lower case: "Code - OSS" → "codeoss".
-QString squeezed(const QString& s) {
-    QString out;
-    for (const QChar c : s)
-        if (c.isLetterOrNumber()) out += c.toLower();
-    return out;
-}
-
-// Lower-case words, split at anything but letters and digits and where a lower-case letter meets an
-// upper-case one: "BraveSoftware" → brave, software.
-QStringList words(const QString& name) {
-    static const QRegularExpression cut(QStringLiteral("[^\\p{L}\\p{N}]+|(?<=\\p{Ll})(?=\\p{Lu})"));
-    QStringList out = name.split(cut, Qt::SkipEmptyParts);
-    for (QString& w : out) w = w.toLower();
-    return out;
-}
 
 // Folders on many executables' paths, which say nothing about the app.
 const QSet<QString>& commonFolders() {
@@ -73,22 +56,22 @@ QList<Program> list(const QString& proc) {
 }
 
 bool runs(const QString& folder, const QList<Program>& programs) {
-    const QString key = squeezed(folder);
+    const QString key = Words::squeezed(folder);
     if (key.isEmpty()) return false;
     QStringList folderWords;
-    for (const QString& w : words(folder))
+    for (const QString& w : Words::of(folder))
         if (w.size() >= 4 && !commonFolders().contains(w)) folderWords.append(w);
     for (const Program& p : programs) {
-        for (const QString& candidate : {squeezed(p.name), squeezed(Paths::lastComponent(p.exe))}) {
+        for (const QString& candidate : {Words::squeezed(p.name), Words::squeezed(Paths::lastComponent(p.exe))}) {
             if (candidate.isEmpty()) continue;
             // "signal-desktop" starts with "signal"; a 15-byte comm is a cut-off start of the name.
             if (candidate.startsWith(key) || (candidate.size() >= 4 && key.startsWith(candidate))) return true;
         }
-        const QStringList onPath = p.exe.split(QLatin1Char('/'), Qt::SkipEmptyParts);
-        for (const QString& component : onPath)
-            if (folderWords.contains(component.toLower()) || (!commonFolders().contains(squeezed(component)) &&
-                                                              squeezed(component) == key))
-                return true;
+        for (const QString& component : p.exe.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+            const QString squeezedComponent = Words::squeezed(component);
+            if (commonFolders().contains(squeezedComponent)) continue;
+            if (squeezedComponent == key || folderWords.contains(component.toLower())) return true;
+        }
     }
     return false;
 }
