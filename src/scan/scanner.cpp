@@ -55,8 +55,8 @@ void expandRuleFolders(ScanData& data, WalkProgress& progress, const Cancelled& 
     QList<std::pair<const Catalogue::Rule*, QString>> folders;
     for (const Catalogue::Rule& rule : Catalogue::rules())
         for (const QString& relative : rule.paths) folders.append({&rule, Catalogue::at(relative)});
-    std::stable_sort(folders.begin(), folders.end(),
-                     [](const auto& a, const auto& b) { return a.second.count(QLatin1Char('/')) < b.second.count(QLatin1Char('/')); });
+    const auto depth = [](const QString& path) { return path.count(QLatin1Char('/')); };
+    std::stable_sort(folders.begin(), folders.end(), [&](const auto& a, const auto& b) { return depth(a.second) < depth(b.second); });
     const std::optional<qint32> homeDevice = Walker::device(data.home.path);
     const std::optional<qint32> cacheDevice = data.cache.path.isEmpty() ? std::nullopt : Walker::device(data.cache.path);
     for (const auto& [rule, path] : folders) {
