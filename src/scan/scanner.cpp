@@ -119,10 +119,10 @@ std::optional<QString> userTempFolder() { return SystemFigures::userTempFolder(H
 
 LinuxSystem linuxSystem(const QString& home, bool fake, WalkProgress& progress, const Cancelled& cancelled) {
     LinuxSystem s;
-    // The system's own folders are read for the user's own home, or for a fixture home that
-    // brings a fixture system of its own; never the real ones for a fixture home.
-    const QString root = SystemFigures::systemRoot();
-    if (!fake || !root.isEmpty()) s = measureSystem(home, root, progress, cancelled);
+    // The system's own folders are read for the user's own home, and for a fixture home only when
+    // QUARLE_SYSTEM_ROOT names a system for it (a fixture's, or "/" for this machine's).
+    if (!fake || !qgetenv("QUARLE_SYSTEM_ROOT").isEmpty())
+        s = measureSystem(home, SystemFigures::systemRoot(), progress, cancelled);
     s.userDirs = UserDirs::read(home, Xdg::configHome() + QStringLiteral("/user-dirs.dirs"));
     if (const auto space = SystemFigures::space(home)) s.reserved = space->reserved;
     return s;

@@ -41,7 +41,7 @@ std::optional<QString> userTempFolder();
 // The start-up volume: the file system of the home folder.
 Volume volume();
 // The Linux part of a scan of `home`: its user folders, the volume's reserved space, and the
-// system's own folders unless `fake` (another root) brings no system root of its own.
+// system's own folders unless `fake` (another root) comes without QUARLE_SYSTEM_ROOT.
 LinuxSystem linuxSystem(const QString& home, bool fake, WalkProgress& progress, const Cancelled& cancelled);
 
 ScanResult derive(const ScanData& data, const Volume& volume);
