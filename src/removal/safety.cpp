@@ -27,6 +27,10 @@ const QStringList rootNames{
     QStringLiteral("Library/Application Support"), QStringLiteral("Library/Containers"),
     QStringLiteral("Library/Group Containers"), QStringLiteral("Library/Preferences"),
     QStringLiteral("Library/Developer"), QStringLiteral("Library/Developer/Xcode"), QStringLiteral(".Trash"),
+    // A Linux home's base folders and its Trash.
+    QStringLiteral(".cache"), QStringLiteral(".config"), QStringLiteral(".local"), QStringLiteral(".local/share"),
+    QStringLiteral(".local/state"), QStringLiteral(".var"), QStringLiteral(".var/app"),
+    QStringLiteral(".local/share/Trash"), QStringLiteral(".local/share/Trash/files"), QStringLiteral(".local/share/Trash/info"),
 };
 
 // Folders whose parents hold protected data, as suffixes of the home folder.
@@ -79,6 +83,20 @@ bool protectedExtension(const QString& name) {
     return !ext.isEmpty() && Safety::protectedExtensions().contains(ext.toLower());
 }
 
+// The records of what the Trash holds: removing one by hand would orphan its item.
+bool inTrashInfo(const QString& real, const QString& realHome) {
+    if (!real.contains(QLatin1String("/info"))) return false;  // most paths: no lookup of the Trash
+    const QString trash = Safety::realPath(Home::trashFolder()).value_or(Home::trashFolder());
+    return Paths::isWithin(real, trash + QStringLiteral("/info")) ||
+           Paths::isWithin(real, realHome + QStringLiteral("/.local/share/Trash/info"));
+}
+
+// The Flatpak app id when `relative` lies inside its folder ~/.var/app/<id>.
+std::optional<QString> flatpakApp(const QStringList& parts) {
+    if (parts.size() > 2 && parts[0] == QLatin1String(".var") && parts[1] == QLatin1String("app")) return parts[2];
+    return std::nullopt;
+}
+
 // The container name when `relative` lies inside ~/Library/Containers or ~/Library/Group Containers.
 std::optional<QString> containerName(const QStringList& parts) {
     if (parts.size() > 2 && parts[0] == QLatin1String("Library") &&
@@ -103,6 +121,8 @@ const QSet<QString>& protectedNames() {
         QStringLiteral("com.apple.TCC"), QStringLiteral("Photos Library.photoslibrary"), QStringLiteral("Mail"),
         QStringLiteral("Messages"), QStringLiteral("Accounts"), QStringLiteral("Cookies"),
         QStringLiteral("PersonalizationPortrait"), QStringLiteral("Biome"),
+        // Keys, passwords and the keyrings that hold them on a Linux home.
+        QStringLiteral(".ssh"), QStringLiteral(".gnupg"), QStringLiteral("keyrings"), QStringLiteral(".password-store"),
     };
     return names;
 }
@@ -219,7 +239,7 @@ Verdict check(const QString& path, const QString& home, const QSet<QString>& app
         return refuse(Refusal::Kind::outside);
     }
 
-    if (isRoot(real, realHome)) return refuse(Refusal::Kind::protected_);
+    if (isRoot(real, realHome) || inTrashInfo(real, realHome)) return refuse(Refusal::Kind::protected_);
 
     const QString relative = underHome ? real.mid(realHome.size() + 1) : real;
     const bool inLibrary = underHome && relative.startsWith(QLatin1String("Library/"));
@@ -234,6 +254,8 @@ Verdict check(const QString& path, const QString& home, const QSet<QString>& app
     if (appleContainer(relative)) return refuse(Refusal::Kind::protected_);
     if (const auto container = containerName(parts); container && runningOwns(*container))
         return refuse(Refusal::Kind::inUse);
+    // A running Flatpak app reads and writes its data, settings and cache under its folder.
+    if (const auto app = flatpakApp(parts); app && Safety::running().contains(*app)) return refuse(Refusal::Kind::inUse);
 
     bool look = !relative.startsWith(QLatin1Char('.')) && !relative.endsWith(QLatin1String("/node_modules"));
     for (const QString& prefix : shallowPrefixes)

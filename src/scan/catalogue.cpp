@@ -1,5 +1,9 @@
 #include "scan/catalogue.h"
 
+#include "core/home.h"
+#include "core/paths.h"
+#include "platform/xdg.h"
+
 namespace Catalogue {
 
 namespace {
@@ -20,6 +24,8 @@ Rule make(const char* id, const char* title, Bucket bucket, bool developer, S pa
     r.removal = bucket == Bucket::keep ? Removal::none() : Removal::trash();
     return r;
 }
+
+QList<Rule> linuxRules();
 
 QList<Rule> makeRules() {
     using B = Bucket;
@@ -43,10 +49,10 @@ QList<Rule> makeRules() {
               "Shared caches the iOS Simulator builds for its runtimes. The Simulator makes them again on the "
               "next boot.",
               C::nextBoot);
-    r << make("homebrew", "Homebrew downloads", B::now, true, S{"Library/Caches/Homebrew"}, false,
+    r << make("homebrew", "Homebrew downloads", B::now, true, S{"Library/Caches/Homebrew", ".cache/Homebrew"}, false,
               "Bottles and source archives Homebrew downloaded. brew downloads them again if it ever needs one.",
               C::ifNeeded);
-    r << make("yarn", "Yarn cache", B::now, true, S{"Library/Caches/Yarn"}, false,
+    r << make("yarn", "Yarn cache", B::now, true, S{"Library/Caches/Yarn", ".cache/yarn"}, false,
               "Every package version Yarn has ever installed. Projects keep their own node_modules; the next "
               "install fetches what it needs.",
               C::onInstall);
@@ -60,13 +66,13 @@ QList<Rule> makeRules() {
               C::nextResolve);
     r << make("cocoapods", "CocoaPods cache", B::now, true, S{"Library/Caches/CocoaPods"}, false,
               "Pods CocoaPods downloaded. pod install fetches them again.", C::onInstall);
-    r << make("gradle", "Gradle caches", B::now, true, S{".gradle/caches"}, false,
+    r << make("gradle", "Gradle caches", B::now, true, S{".gradle/caches", ".gradle/wrapper/dists"}, false,
               "Dependencies and build outputs Gradle keeps between builds. The next build fetches and rebuilds "
               "them.",
               C::nextBuild);
-    r << make("gobuild", "Go build cache", B::now, true, S{"Library/Caches/go-build"}, false,
+    r << make("gobuild", "Go build cache", B::now, true, S{"Library/Caches/go-build", ".cache/go-build"}, false,
               "Compiled Go packages. go build makes them again.", C::nextBuild);
-    r << make("jetbrains", "JetBrains caches", B::now, true, S{"Library/Caches/JetBrains"}, true,
+    r << make("jetbrains", "JetBrains caches", B::now, true, S{"Library/Caches/JetBrains", ".cache/JetBrains"}, true,
               "Indexes and caches for IntelliJ, WebStorm and friends, including old versions you may no longer "
               "use. The IDE re-indexes a project the next time you open it.",
               C::onOpen);
@@ -82,20 +88,21 @@ QList<Rule> makeRules() {
               "reports into readable code; keep the ones for versions people still use.",
               C::goneForGood);
     r << make("playwright", "Browsers for test tools", B::call, true,
-              S{"Library/Caches/ms-playwright", ".cache/puppeteer"}, true,
+              S{"Library/Caches/ms-playwright", ".cache/puppeteer", ".cache/ms-playwright"}, true,
               "Chromium, Firefox and WebKit builds Playwright and Puppeteer downloaded. They download again on "
               "the next test run, which takes a while.",
               C::nextRun);
-    r << make("pnpm", "pnpm store", B::call, true, S{"Library/pnpm/store", "Library/Caches/pnpm"}, false,
+    r << make("pnpm", "pnpm store", B::call, true, S{"Library/pnpm/store", "Library/Caches/pnpm", ".local/share/pnpm/store", ".cache/pnpm"}, false,
               "pnpm keeps one copy of each package and links projects to it. Files a project still links to "
               "free nothing when removed, so the space you get back can be less than shown.",
               C::onInstall);
-    r << make("cargo", "Rust crate downloads", B::call, true, S{".cargo/registry"}, false,
+    r << make("cargo", "Rust crate downloads", B::call, true, S{".cargo/registry", ".cargo/git"}, false,
               "Crates cargo downloaded. The next build fetches them again.", C::onBuild);
     r << make("huggingface", "Hugging Face models", B::call, true, S{".cache/huggingface"}, true,
               "Models and datasets downloaded by Python tools. They download again the next time a script asks "
               "for them, which can be large.",
               C::whenUsed);
+    r.last().skip = skipInHuggingFace;
     r << make("backups", "iPhone and iPad backups", B::keep, false,
               S{"Library/Application Support/MobileSync/Backup"}, false,
               "Finder's backups of your devices. Your phone's only copy may be here. Manage them in Finder, "
@@ -106,6 +113,70 @@ QList<Rule> makeRules() {
     r << make("docker", "Docker disk", B::keep, true, S{"Library/Containers/com.docker.docker/Data/vms"}, false,
               "Docker keeps every image, container and volume inside one disk file. Clear it from Docker itself "
               "(docker system prune, or Troubleshoot in Docker Desktop) so nothing breaks.",
+              C::inDocker);
+    r.append(linuxRules());
+    return r;
+}
+
+// Rules for data that Linux tools and desktops keep in the home folder, after the 22 above.
+QList<Rule> linuxRules() {
+    using B = Bucket;
+    namespace C = ComesBack;
+    QList<Rule> r;
+    r << make("xdgcache", "App and tool caches", B::now, false, S{".cache"}, true,
+              "Apps and command-line tools keep copies of things they downloaded or worked out, so they start "
+              "faster. They rebuild them when they need them; the first start after clearing can be a little "
+              "slower. What apps keep there for good, such as logins, is left alone.",
+              C::byItself);
+    r.last().skip = skipInXdgCache;
+    r << make("thumbnails", "Thumbnails", B::now, false, S{".cache/thumbnails"}, false,
+              "Small previews your file manager and photo apps made of your pictures, videos and documents. "
+              "They're made again as you open folders.",
+              C::byItself);
+    r << make("browsercaches", "Browser caches", B::now, false,
+              S{".cache/google-chrome", ".cache/chromium", ".cache/BraveSoftware", ".cache/mozilla"}, false,
+              "Pages, images and scripts your browsers saved so sites open faster. Your bookmarks, passwords, "
+              "history and open tabs are kept elsewhere and stay. Sites load a little slower the first time.",
+              C::byItself);
+    r << make("ccache", "C and C++ build cache", B::now, true, S{".cache/ccache", ".ccache"}, false,
+              "Compiled objects ccache keeps so rebuilds of C and C++ projects are fast. The next builds take "
+              "longer while it fills again.",
+              C::nextBuild);
+    r << make("sccache", "sccache build cache", B::now, true, S{".cache/sccache"}, false,
+              "Compiled objects sccache keeps for Rust and C++ builds. The next builds take longer while it "
+              "fills again.",
+              C::nextBuild);
+    r << make("shadercaches", "Graphics shader caches", B::now, false,
+              S{".cache/mesa_shader_cache", ".cache/mesa_shader_cache_db"}, false,
+              "Shaders your graphics driver compiled so games and apps draw faster. The driver compiles them "
+              "again when they're needed; the first start of a game can stutter a little.",
+              C::byItself);
+    r << make("maven", "Maven repository", B::call, true, S{".m2/repository"}, false,
+              "Every library Maven downloaded, and any of your own builds you installed with mvn install. "
+              "Libraries come back on the next build; your own builds have to be built and installed again.",
+              C::onBuild);
+    r << make("rustup", "Rust toolchains", B::call, true, S{".rustup/toolchains"}, true,
+              "Versions of the Rust compiler rustup installed, one folder each. Keep the one you build with; "
+              "rustup downloads a removed one again when a project asks for it.",
+              C::ifNeeded);
+    // Bazel and Go make their trees read-only: moving them to the Trash would stop halfway, so these
+    // rows only show the space and name the tool's own command.
+    r << make("bazel", "Bazel build outputs", B::keep, true, S{".cache/bazel"}, false,
+              "Everything Bazel built and downloaded for your workspaces. Bazel makes these files read-only, so "
+              "they can't go to the Trash piece by piece: run bazel clean --expunge in a workspace to clear its "
+              "part.",
+              C::nextBuild);
+    r << make("gomodules", "Go module cache", B::keep, true, S{"go/pkg/mod"}, false,
+              "Source code of every Go module your builds downloaded. Go makes these files read-only, so they "
+              "can't go to the Trash piece by piece: run go clean -modcache to clear them.",
+              C::onBuild);
+    r << make("containers", "Podman containers and images", B::keep, true, S{".local/share/containers/storage"}, false,
+              "Podman and Buildah keep every image, container and volume here. Clear them with podman system "
+              "prune so nothing breaks.",
+              C::withPodman);
+    r << make("rootlessdocker", "Docker data", B::keep, true, S{".local/share/docker"}, false,
+              "Rootless Docker keeps every image, container and volume here. Clear it from Docker itself "
+              "(docker system prune) so nothing breaks.",
               C::inDocker);
     return r;
 }
@@ -147,6 +218,64 @@ const QSet<QString>& unfinishedExtensions() {
 
 bool skipInCaches(const QString& name) {
     return ownCacheRows().contains(name) || name.startsWith(QLatin1String("com.apple."));
+}
+
+const QList<Anchor>& anchors() {
+    static const QList<Anchor> all{{QStringLiteral(".cache"), cacheFolder}};
+    return all;
+}
+
+QString cacheFolder() {
+    // A cache folder that is the home itself, or holds it, would offer the whole home as a cache.
+    const QString folder = Xdg::cacheHome();
+    return Paths::isWithin(Home::path(), folder) ? Home::at(QStringLiteral(".cache")) : folder;
+}
+
+QString at(const QString& relative) {
+    for (const Anchor& a : anchors()) {
+        if (relative == a.prefix) return a.folder();
+        if (relative.startsWith(a.prefix) && relative.at(a.prefix.size()) == QLatin1Char('/'))
+            return a.folder() + relative.mid(a.prefix.size());
+    }
+    return Home::at(relative);
+}
+
+const QSet<QString>& ownXdgCacheRows() {
+    static const QSet<QString> names{
+        "pip", "uv", "yarn", "go-build", "JetBrains", "ms-playwright", "puppeteer", "huggingface", "pnpm",
+        "Homebrew", "thumbnails", "google-chrome", "chromium", "BraveSoftware", "mozilla", "ccache", "sccache",
+        "mesa_shader_cache", "mesa_shader_cache_db", "bazel"};
+    return names;
+}
+
+const QSet<QString>& xdgCacheState() {
+    // KeePassXC remembers its databases and key files here, obexd keeps files received over
+    // Bluetooth, dconf a settings database when ~/.config cannot be written.
+    static const QSet<QString> names{"keepassxc", "obexd", "dconf"};
+    return names;
+}
+
+bool loginLike(const QString& name) {
+    const QString lower = name.toLower();
+    for (const char* word : {"token", "credential", "secret", "password", "keyring"})
+        if (lower.contains(QLatin1String(word))) return true;
+    return false;
+}
+
+bool skipInXdgCache(const QString& name) {
+    return ownXdgCacheRows().contains(name) || xdgCacheState().contains(name) || loginLike(name);
+}
+
+bool skipInHuggingFace(const QString& name) {
+    // The login token: clearing it logs you out of Hugging Face.
+    return name == QLatin1String("token") || name == QLatin1String("stored_tokens");
+}
+
+const QSet<QString>& electronCacheFolders() {
+    static const QSet<QString> names{"Cache", "Code Cache", "GPUCache", "DawnCache", "DawnGraphiteCache",
+                                     "DawnWebGPUCache", "GraphiteDawnCache", "GrShaderCache", "ShaderCache",
+                                     "CachedData", "CachedExtensionVSIXs"};
+    return names;
 }
 
 }  // namespace Catalogue

@@ -31,7 +31,8 @@ struct Rule {
     bool operator==(const Rule&) const = default;
 };
 
-// The 22 rules, in the order the rows are made.
+// The rules, in the order the rows are made: the 22 that know macOS places (a few with the Linux
+// places of the same data), then the ones for Linux homes.
 const QList<Rule>& rules();
 // The first rule with exactly this id.
 std::optional<Rule> rule(const QString& id);
@@ -47,6 +48,33 @@ const QSet<QString>& unfinishedExtensions();
 
 // "caches" leaves out the folders counted by their own rows and macOS's own caches.
 bool skipInCaches(const QString& name);
+
+// Where rule paths start. A path is relative to the home folder unless it begins with an anchor's
+// prefix: paths under ".cache" follow the user's cache folder ($XDG_CACHE_HOME) wherever it points,
+// so one table serves Mac-shaped and Linux homes and a moved cache takes its rules with it.
+struct Anchor {
+    QString prefix;
+    QString (*folder)();
+};
+const QList<Anchor>& anchors();
+// The folder ".cache" stands for: $XDG_CACHE_HOME when absolute, else ~/.cache; ~/.cache too when
+// the variable names the home itself or a folder above it.
+QString cacheFolder();
+// The absolute place of rule path `relative`.
+QString at(const QString& relative);
+
+// Folders inside .cache that have a row of their own.
+const QSet<QString>& ownXdgCacheRows();
+// Folders inside .cache where apps keep state rather than a cache.
+const QSet<QString>& xdgCacheState();
+// True for a name that looks like it holds a login ("token", "credentials", "secrets", …).
+bool loginLike(const QString& name);
+// "xdgcache" leaves out the own rows, the apps' state and anything named like a login.
+bool skipInXdgCache(const QString& name);
+// "huggingface" never offers the login token.
+bool skipInHuggingFace(const QString& name);
+// Folders directly inside an Electron or Chromium app's settings folder that hold only caches.
+const QSet<QString>& electronCacheFolders();
 
 }  // namespace Catalogue
 
@@ -73,4 +101,5 @@ inline const QString npmInstall = QStringLiteral("npm install brings them back")
 inline const QString fromMaker = QStringLiteral("Download again from the maker");
 inline const QString ifYouNeedIt = QStringLiteral("Download again if you need it");
 inline const QString fromAppStore = QStringLiteral("Download again from the App Store");
+inline const QString withPodman = QStringLiteral("Manage with podman");
 }  // namespace ComesBack

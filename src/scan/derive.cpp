@@ -6,7 +6,6 @@
 
 #include "core/checked.h"
 #include "core/fmt.h"
-#include "core/home.h"
 #include "measure/walker.h"
 #include "scan/catalogue.h"
 #include "scan/rows.h"
@@ -21,11 +20,11 @@ Part partOf(const SpaceNode& node, const QString& name, const QDateTime& now) {
 
 // A rule's row from the nodes of its folders; nothing when none of them is in the tree. A folder's
 // bytes leave out the entries the rule skips; parts of 0 bytes are not offered.
-std::optional<Finding> ruleFinding(const Catalogue::Rule& rule, const SpaceNode& home, const QDateTime& now) {
+std::optional<Finding> ruleFinding(const Catalogue::Rule& rule, const ScanData& data, const QDateTime& now) {
     Finding f{rule.id,  rule.title,     {},           0, rule.bucket, rule.explain, rule.comesBack,
               rule.removal, rule.developer, {}, {}, false};
     for (const QString& relative : rule.paths) {
-        const SpaceNode* node = home.find(Home::at(relative));
+        const SpaceNode* node = data.node(Catalogue::at(relative));
         if (!node) continue;
         f.paths.append(node->path);
         f.partial = f.partial || node->note == Walker::partlyLocked;
@@ -98,7 +97,7 @@ ScanResult derive(const ScanData& data, const Volume& volume) {
     r.volume = volume;
     r.home = data.home;
     for (const Catalogue::Rule& rule : Catalogue::rules())
-        if (auto f = ruleFinding(rule, data.home, data.date)) r.findings.append(std::move(*f));
+        if (auto f = ruleFinding(rule, data, data.date)) r.findings.append(std::move(*f));
     r.findings.append(data.extras);
     r.findings.append(trash(SystemData::trashMeasured(data), data.quarleTrash, data.fullDiskAccess));
     // A row that frees nothing is not offered.

@@ -1,7 +1,6 @@
 #include "scan/early_rows.h"
 
 #include "core/checked.h"
-#include "core/home.h"
 #include "scan/catalogue.h"
 
 namespace {
@@ -24,16 +23,31 @@ void EarlyRows::start(const QStringList& roots) {
     std::lock_guard guard(lock_);
     rules_.clear();
     sizes_.clear();
-    for (const Catalogue::Rule& rule : Catalogue::rules()) {
-        if (rule.bucket == Bucket::keep) continue;
-        Tracked t{rule.id, rule.title, rule.bucket, {}};
-        for (const QString& relative : rule.paths) {
-            const QString folder = Home::at(relative);
-            for (int i = 0; i < roots.size(); ++i)
-                if (covers(rule, folder, roots[i])) t.roots.append(i);
-        }
-        rules_.append(std::move(t));
+    rootCount_ = 0;
+    track(roots);
+}
+
+int EarlyRows::more(const QStringList& roots) {
+    std::lock_guard guard(lock_);
+    return track(roots);
+}
+
+int EarlyRows::track(const QStringList& roots) {
+    if (rules_.isEmpty()) {
+        for (const Catalogue::Rule& rule : Catalogue::rules())
+            if (rule.bucket != Bucket::keep) rules_.append(Tracked{&rule, {}});
     }
+    const int first = rootCount_;
+    for (Tracked& t : rules_) {
+        const Catalogue::Rule& rule = *t.rule;
+        for (const QString& relative : rule.paths) {
+            const QString folder = Catalogue::at(relative);
+            for (int i = 0; i < roots.size(); ++i)
+                if (covers(rule, folder, roots[i])) t.roots.append(first + i);
+        }
+    }
+    rootCount_ += int(roots.size());
+    return first;
 }
 
 void EarlyRows::done(int index, qint64 bytes) {
@@ -44,7 +58,7 @@ void EarlyRows::done(int index, qint64 bytes) {
         sizes_.insert(index, bytes);
         bool completed = false;
         for (const Tracked& t : rules_) {
-            EarlyRow row{t.id, t.title, t.bucket, 0, true};
+            EarlyRow row{t.rule->id, t.rule->title, t.rule->bucket, 0, true};
             for (int root : t.roots) {
                 const auto size = sizes_.constFind(root);
                 if (size == sizes_.cend())

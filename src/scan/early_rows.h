@@ -13,6 +13,10 @@
 
 #include "core/kinds.h"
 
+namespace Catalogue {
+struct Rule;
+}
+
 struct EarlyRow {
     QString id;
     QString title;
@@ -36,20 +40,24 @@ public:
     // The walk's roots, by index. A rule takes every root that is one of its folders or lies inside
     // one, except what its skip test leaves out. Nothing is reported yet: no root has a size.
     void start(const QStringList& roots);
+    // Roots of a second walk (the cache folder when it lies outside the home) join the first ones;
+    // the index to add to theirs when calling done().
+    int more(const QStringList& roots);
     // Root `index` measured `bytes`; called from any walking thread.
     void done(int index, qint64 bytes);
 
 private:
     struct Tracked {
-        QString id;
-        QString title;
-        Bucket bucket;
+        const Catalogue::Rule* rule;  // one of the catalogue's, which live as long as the program
         QList<int> roots;
     };
+
+    int track(const QStringList& roots);  // with the lock held
 
     std::mutex lock_;  // guards everything below
     QList<Tracked> rules_;
     QHash<int, qint64> sizes_;
+    int rootCount_ = 0;
     std::optional<std::chrono::steady_clock::time_point> last_;  // none: never reported
     qint64 seq_ = 0;
     EarlyReport report_;

@@ -26,7 +26,8 @@ namespace Scanner {
 const QStringList& extraIDs() {
     static const QStringList ids{QStringLiteral("nodemodules"), QStringLiteral("installers"),
                                  QStringLiteral("unfinished"), QStringLiteral("macosinstallers"),
-                                 QStringLiteral("unavailablesims")};
+                                 QStringLiteral("unavailablesims"), QStringLiteral("electroncaches"),
+                                 QStringLiteral("flatpakcaches")};
     return ids;
 }
 
@@ -62,6 +63,17 @@ Finding extraRow(const QString& id) {
                    Removal::command({QStringLiteral("/usr/bin/xcrun"), QStringLiteral("simctl"),
                                      QStringLiteral("delete"), QStringLiteral("unavailable")}),
                    true);
+    if (id == QLatin1String("electroncaches"))
+        return row("electroncaches", "Caches of Electron apps", Bucket::now,
+                   "Apps built on Chromium, such as VS Code, Slack and Discord, keep downloaded files and compiled "
+                   "code in their settings folders so they start faster. They make them again as you use them. "
+                   "Apps that are open are left alone.",
+                   C::byItself, trash, false);
+    if (id == QLatin1String("flatpakcaches"))
+        return row("flatpakcaches", "Flatpak app caches", Bucket::now,
+                   "Caches that apps installed with Flatpak keep in their own folders. Apps rebuild them when they "
+                   "need them; apps that are open are left alone.",
+                   C::byItself, trash, false);
     return {};
 }
 

@@ -1,6 +1,5 @@
 #include "scan/extras.h"
 
-#include <QRegularExpression>
 #include <deque>
 #include <sys/stat.h>
 
@@ -8,6 +7,7 @@
 #include "core/home.h"
 #include "core/paths.h"
 #include "measure/walker.h"
+#include "platform/words.h"
 #include "scan/catalogue.h"
 #include "scan/rows.h"
 
@@ -39,16 +39,6 @@ QList<Walker::Entry> listing(const QString& folder) {
     return entries;
 }
 
-// Lower-case words of a name, split at anything but letters and digits and where a lower-case
-// letter meets an upper-case one: "zoomusInstallerFull" → zoomus, installer, full.
-QStringList words(const QString& name) {
-    static const QRegularExpression cut(QStringLiteral("[^\\p{L}\\p{N}]+|(?<=\\p{Ll})(?=\\p{Lu})"));
-    QStringList out = name.split(cut, Qt::SkipEmptyParts);
-    for (QString& w : out) w = w.toLower();
-    return out;
-}
-
-QString squeezed(const QString& name) { return words(name).join(QString()); }
 
 }  // namespace
 
@@ -125,14 +115,14 @@ QStringList installedAppNames(const QStringList& folders) {
 std::optional<QString> installedApp(const QString& installer, const QStringList& names) {
     // The installer's name begins with the app's whole name, word for word: "Arc" is not "Archive".
     const qsizetype dot = installer.lastIndexOf(QLatin1Char('.'));
-    const QStringList parts = words(dot > 0 ? installer.left(dot) : installer);
+    const QStringList parts = Words::of(dot > 0 ? installer.left(dot) : installer);
     QSet<QString> beginnings;
     QString joined;
     for (const QString& w : parts) beginnings.insert(joined += w);
     std::optional<QString> best;
     for (const QString& name : names) {
-        const QString key = squeezed(name);
-        if (!key.isEmpty() && beginnings.contains(key) && (!best || key.size() > squeezed(*best).size())) best = name;
+        const QString key = Words::squeezed(name);
+        if (!key.isEmpty() && beginnings.contains(key) && (!best || key.size() > Words::squeezed(*best).size())) best = name;
     }
     return best;
 }

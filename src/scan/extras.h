@@ -1,10 +1,13 @@
 #pragma once
 // The scan's own checks that are not catalogue rules: idle node_modules, installers and unfinished
-// downloads in Downloads, macOS installers. Each gives one row, or nothing when it found nothing.
+// downloads in Downloads, macOS installers, desktop apps' own caches. Each gives one row, or nothing
+// when it found nothing.
 
 #include <QDateTime>
+#include <QSet>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <optional>
 
 #include "core/records.h"
@@ -37,5 +40,16 @@ std::optional<Finding> installers(const QString& home, const QStringList& instal
 std::optional<Finding> unfinishedDownloads(const QString& home, const QDateTime& now);
 // "Install macOS …" apps in `applications`.
 std::optional<Finding> macOSInstallers(const QString& applications, const QDateTime& now);
+
+// The cache folders (Cache, GPUCache, …) of Electron and Chromium-based apps in ~/.config/<App>,
+// each a part named "App · Folder", sizes from the home tree. The apps `running` answers true for
+// are left out; without it, the user's running programs decide.
+std::optional<Finding> electronCaches(const SpaceNode& home, const QDateTime& now);
+std::optional<Finding> electronCaches(const SpaceNode& home, const std::function<bool(const QString& app)>& running,
+                                      const QDateTime& now);
+// The cache folders of Flatpak apps, ~/.var/app/<id>/cache, one part per app id, sizes from the
+// home tree. The ids in `running` are left out; without it, `flatpak ps` decides.
+std::optional<Finding> flatpakCaches(const SpaceNode& home, const QDateTime& now);
+std::optional<Finding> flatpakCaches(const SpaceNode& home, const QSet<QString>& running, const QDateTime& now);
 
 }  // namespace Scanner

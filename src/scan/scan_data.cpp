@@ -67,16 +67,27 @@ void returnToExtras(QList<Finding>& extras, const Finding& finding, const Part& 
     extras.insert(at, back);
 }
 
+// The tree that holds `path`: the outside cache folder's when it does, else the home's.
+SpaceNode& treeOf(ScanData& data, const QString& path) {
+    return !data.cache.path.isEmpty() && data.cache.contains(path) ? data.cache : data.home;
+}
+
 }  // namespace
+
+const SpaceNode* ScanData::node(const QString& path) const {
+    if (const SpaceNode* n = home.find(path)) return n;
+    return cache.path.isEmpty() ? nullptr : cache.find(path);
+}
 
 void ScanData::removed(const Finding& finding, const Part& part, const std::optional<QString>& trashed) {
     Parked p{finding, part, {}, trashed};
     qint64 bytes = part.bytes;
-    if (const SpaceNode* node = home.find(part.path); node && node != &home) {
+    SpaceNode& tree = treeOf(*this, part.path);
+    if (const SpaceNode* node = tree.find(part.path); node && node != &tree) {
         p.node = *node;
         bytes = node->bytes;
     }
-    home.prune(part.path, bytes);
+    tree.prune(part.path, bytes);
     chargeOutside(*this, part.path, -bytes);
     if (isExtra(finding.id)) dropFromExtras(extras, finding.id, part.path);
     if (trashed) {
@@ -93,15 +104,16 @@ bool ScanData::restored(const QString& path) {
     parked.erase(it);
     const bool hadNode = !p.node.path.isEmpty();
     const qint64 bytes = hadNode ? p.node.bytes : p.part.bytes;
+    SpaceNode& tree = treeOf(*this, path);
     if (hadNode) {
         const QString parent = Paths::parentOf(path);
-        home.adjust(parent, bytes, true, true);
-        if (SpaceNode* at = home.find(parent)) {
+        tree.adjust(parent, bytes, true, true);
+        if (SpaceNode* at = tree.find(parent)) {
             at->kids.append(p.node);
             SpaceNode::sortBySize(at->kids);
         }
     } else {
-        home.adjust(path, bytes, false);
+        tree.adjust(path, bytes, false);
     }
     chargeOutside(*this, path, bytes);
     if (isExtra(p.finding.id)) returnToExtras(extras, p.finding, p.part);

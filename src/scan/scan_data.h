@@ -10,6 +10,7 @@
 
 #include "core/records.h"
 #include "core/space_node.h"
+#include "scan/linux_system.h"
 
 // An item cleared since the scan, kept so that a restore can put it back without a rescan.
 struct Parked {
@@ -35,6 +36,13 @@ struct ScanData {
     double seconds = 0;
     QDateTime date;
     QMap<QString, Parked> parked;  // by the cleared path
+    // The cache folder's size tree when $XDG_CACHE_HOME lies outside the home; empty otherwise.
+    SpaceNode cache;
+    // Present exactly when the home is Linux-shaped.
+    std::optional<LinuxSystem> linuxSystem;
+
+    // The node of `path` in the home tree or the outside cache tree; null when neither holds it.
+    const SpaceNode* node(const QString& path) const;
 
     // `part` of `finding` was cleared; `trashed` is where it went when it was moved to the Trash.
     // The tree and the extras lose it, the Trash gains it, and it is parked under its path.

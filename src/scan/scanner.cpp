@@ -5,6 +5,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <chrono>
 
 #include "core/checked.h"
@@ -12,6 +13,8 @@
 #include "core/paths.h"
 #include "measure/walker.h"
 #include "platform/system_figures.h"
+#include "platform/user_dirs.h"
+#include "platform/xdg.h"
 #include "scan/access.h"
 #include "scan/catalogue.h"
 #include "scan/extras.h"
@@ -45,28 +48,36 @@ void addLooseFiles(SpaceNode& node, std::optional<qint32> device) {
     SpaceNode::sortBySize(node.kids);
 }
 
-// Every rule folder gets its items in the tree: a folder the walk only summed is listed, and one
-// below the walk's depth is listed and attached with the folders on the way.
-void expandRuleFolders(SpaceNode& home, WalkProgress& progress, const Cancelled& cancelled) {
-    const std::optional<qint32> homeDevice = Walker::device(home.path);
-    for (const Catalogue::Rule& rule : Catalogue::rules()) {
-        for (const QString& relative : rule.paths) {
-            if (cancelled && cancelled()) return;
-            const QString path = Home::at(relative);
-            // Links are never followed and other volumes never entered, as in the walk itself.
-            if (!isFolder(path) || Walker::device(path) != homeDevice) continue;
-            SpaceNode* node = home.find(path);
-            if (node && !node->kids.isEmpty()) {
-                if (rule.listParts) addLooseFiles(*node, homeDevice);
-            } else if (node) {
-                if (rule.listParts || rule.paths.size() >= 2) home.setKids(path, Walker::children(path, cancelled), false);
-            } else {
-                const QList<SpaceNode> kids = Walker::children(path, cancelled);
-                qint64 bytes = 0;
-                for (const SpaceNode& k : kids) bytes = Checked::add(bytes, k.bytes);
-                progress.add(0, bytes);
-                home.setKids(path, kids, true);
-            }
+// Every rule folder that offers its items gets them in the tree: a folder the walk only summed is
+// listed, and one below the walk's depth is listed and attached with the folders on the way.
+// Shallower folders go first, so that a rule folder inside another one's finds it opened up.
+void expandRuleFolders(ScanData& data, WalkProgress& progress, const Cancelled& cancelled) {
+    QList<std::pair<const Catalogue::Rule*, QString>> folders;
+    for (const Catalogue::Rule& rule : Catalogue::rules())
+        for (const QString& relative : rule.paths) folders.append({&rule, Catalogue::at(relative)});
+    const auto depth = [](const QString& path) { return path.count(QLatin1Char('/')); };
+    std::stable_sort(folders.begin(), folders.end(), [&](const auto& a, const auto& b) { return depth(a.second) < depth(b.second); });
+    const std::optional<qint32> homeDevice = Walker::device(data.home.path);
+    const std::optional<qint32> cacheDevice = data.cache.path.isEmpty() ? std::nullopt : Walker::device(data.cache.path);
+    for (const auto& [rule, path] : folders) {
+        if (cancelled && cancelled()) return;
+        const bool inCache = !data.cache.path.isEmpty() && data.cache.contains(path);
+        SpaceNode& tree = inCache ? data.cache : data.home;
+        const std::optional<qint32> device = inCache ? cacheDevice : homeDevice;
+        // Links are never followed and other volumes never entered, as in the walk itself.
+        if (!tree.contains(path) || !isFolder(path) || Walker::device(path) != device) continue;
+        SpaceNode* node = tree.find(path);
+        if (node && !node->kids.isEmpty()) {
+            if (rule->listParts) addLooseFiles(*node, device);
+        } else if (node) {
+            // A rule that offers its folders whole needs no items: the summed folder is not walked again.
+            if (rule->listParts) tree.setKids(path, Walker::children(path, cancelled), false);
+        } else {
+            const QList<SpaceNode> kids = Walker::children(path, cancelled);
+            qint64 bytes = 0;
+            for (const SpaceNode& k : kids) bytes = Checked::add(bytes, k.bytes);
+            progress.add(0, bytes);
+            tree.setKids(path, kids, true);
         }
     }
 }
@@ -106,6 +117,17 @@ std::optional<qint64> volumeUsed(const QString& path) {
 
 std::optional<QString> userTempFolder() { return SystemFigures::userTempFolder(Home::path()); }
 
+LinuxSystem linuxSystem(const QString& home, bool fake, WalkProgress& progress, const Cancelled& cancelled) {
+    LinuxSystem s;
+    // The system's own folders are read for the user's own home, and for a fixture home only when
+    // QUARLE_SYSTEM_ROOT names a system for it (a fixture's, or "/" for this machine's).
+    if (!fake || !qgetenv("QUARLE_SYSTEM_ROOT").isEmpty())
+        s = measureSystem(home, SystemFigures::systemRoot(), progress, cancelled);
+    s.userDirs = UserDirs::read(home, Xdg::configHome() + QStringLiteral("/user-dirs.dirs"));
+    if (const auto space = SystemFigures::space(home)) s.reserved = space->reserved;
+    return s;
+}
+
 Volume volume() {
     const auto space = SystemFigures::space(Home::path());
     if (!space) return {};
@@ -121,6 +143,8 @@ ScanData scan(WalkProgress& progress, const Cancelled& cancelled, const EarlyRep
     ScanData data;
     data.fullDiskAccess = Access::fullDisk();
 
+    const bool linuxHome = linuxShaped(home);
+
     EarlyRows rows(early);
     Walker::TreeOptions tree;
     tree.depth = treeDepth;
@@ -131,8 +155,18 @@ ScanData scan(WalkProgress& progress, const Cancelled& cancelled, const EarlyRep
     if (early) tree.rootDone = [&](int index, const WalkResult& r) { rows.done(index, r.bytes); };
     data.home = Walker::tree(home, tree);
     data.home.name = QStringLiteral("Home");
+    // A cache folder kept outside the home is walked as a tree of its own; its roots join the rows.
+    if (const QString cache = Catalogue::cacheFolder(); !Paths::isWithin(cache, home) && isFolder(cache) && !stopped()) {
+        int first = 0;
+        tree.roots = [&](const QStringList& roots) { first = rows.more(roots); };
+        if (early) tree.rootDone = [&](int index, const WalkResult& r) { rows.done(first + index, r.bytes); };
+        data.cache = Walker::tree(cache, tree);
+        data.cache.name = QStringLiteral("Cache");
+    }
 
-    if (!fake && !stopped()) {
+    if (linuxHome) {
+        data.linuxSystem = linuxSystem(home, fake, progress, cancelled);
+    } else if (!fake && !stopped()) {
         data.outside = sizes(progress, cancelled);
         if (const auto temp = userTempFolder(); temp && !stopped())
             data.outside.insert(QStringLiteral("temp"), Walker::size(*temp, true, cancelled).bytes);
@@ -140,7 +174,7 @@ ScanData scan(WalkProgress& progress, const Cancelled& cancelled, const EarlyRep
     // A Trash kept outside the home (XDG_DATA_HOME elsewhere) is measured as a folder outside it.
     if (const QString files = trashFiles(); !Paths::isWithin(files, home) && isFolder(files) && !stopped())
         data.outside.insert(files, Walker::size(files, true, cancelled).bytes);
-    if (!stopped()) expandRuleFolders(data.home, progress, cancelled);
+    if (!stopped()) expandRuleFolders(data, progress, cancelled);
 
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const auto add = [&](std::optional<Finding> f) {
@@ -151,6 +185,8 @@ ScanData scan(WalkProgress& progress, const Cancelled& cancelled, const EarlyRep
     if (!stopped()) add(unfinishedDownloads(home, now));
     if (!stopped()) add(macOSInstallers(applicationFolders().first(), now));
     if (!stopped()) add(unavailableSimulators());
+    if (!stopped()) add(electronCaches(data.home, now));
+    if (!stopped()) add(flatpakCaches(data.home, now));
     if (!fake && !stopped()) {
         data.snapshots = localSnapshots();
         data.swap = swapUsed();

@@ -40,6 +40,9 @@ std::optional<qint64> volumeUsed(const QString& path);
 std::optional<QString> userTempFolder();
 // The start-up volume: the file system of the home folder.
 Volume volume();
+// The Linux part of a scan of `home`: its user folders, the volume's reserved space, and the
+// system's own folders unless `fake` (another root) comes without QUARLE_SYSTEM_ROOT.
+LinuxSystem linuxSystem(const QString& home, bool fake, WalkProgress& progress, const Cancelled& cancelled);
 
 ScanResult derive(const ScanData& data, const Volume& volume);
 // The row of the Trash; `measured` is what the stand-in for ~/.Trash holds.

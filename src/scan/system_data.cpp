@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/checked.h"
-#include "core/home.h"
 #include "core/paths.h"
+#include "platform/user_dirs.h"
 #include "scan/catalogue.h"
 #include "scan/scanner.h"
 
@@ -14,8 +14,7 @@ const QString mobileBackups = QStringLiteral("Library/Application Support/Mobile
 const QString dockerContainer = QStringLiteral("Library/Containers/com.docker.docker");
 
 qint64 nodeBytes(const SpaceNode& home, const QString& relative) {
-    const SpaceNode* node = home.find(Home::at(relative));
-    return node ? node->bytes : 0;
+    return SystemData::bytesAt(home, Catalogue::at(relative));
 }
 
 qint64 sumAt(const SpaceNode& home, const QStringList& relatives) {
@@ -30,33 +29,102 @@ qint64 findingBytes(const QList<Finding>& findings, const QString& id) {
     return 0;
 }
 
-qint64 atLeastZero(qint64 n) { return std::max<qint64>(n, 0); }
+using SystemData::atLeastZero;
 
-// The home's share of each slice but System Data, in the bar's order.
-struct HomeSlices {
-    qint64 developer = 0, photos = 0, apps = 0, documents = 0, downloads = 0, media = 0, mail = 0;
-    qint64 sum() const {
-        qint64 s = 0;
-        for (qint64 v : {developer, photos, apps, documents, downloads, media, mail}) s = Checked::add(s, v);
-        return s;
-    }
+QStringList inHome(const QStringList& relatives) {
+    QStringList out;
+    for (const QString& r : relatives) out.append(Catalogue::at(r));
+    return out;
+}
+
+// The home folders of the slices other than Developer and Trash: the macOS names, or on a Linux
+// home the XDG user folders (localised names, Videos standing in for Movies).
+struct SliceFolders {
+    QStringList photos, apps, documents, downloads, media, mail;
 };
 
-HomeSlices homeSlices(const SpaceNode& home) {
+SliceFolders sliceFolders(const ScanData& data) {
+    if (!data.linuxSystem) {
+        return {inHome({QStringLiteral("Pictures")}), inHome({QStringLiteral("Applications")}),
+                inHome({QStringLiteral("Documents"), QStringLiteral("Desktop")}), inHome({QStringLiteral("Downloads")}),
+                inHome({QStringLiteral("Music"), QStringLiteral("Movies")}),
+                inHome({QStringLiteral("Library/Mail"), QStringLiteral("Library/Messages")})};
+    }
+    const QMap<QString, QString>& dirs = data.linuxSystem->userDirs;
+    const auto named = [&](std::initializer_list<QString> keys) {
+        QStringList out;
+        for (const QString& k : keys)
+            if (dirs.contains(k)) out.append(dirs.value(k));
+        return out;
+    };
+    return {named({UserDirs::pictures}), inHome({QStringLiteral("Applications")}),
+            named({UserDirs::documents, UserDirs::desktop}), named({UserDirs::download}),
+            named({UserDirs::music, UserDirs::videos}),
+            inHome({QStringLiteral(".thunderbird"), QStringLiteral(".local/share/evolution/mail")})};
+}
+
+}  // namespace
+
+namespace SystemData {
+
+qint64 atLeastZero(qint64 n) { return std::max<qint64>(n, 0); }
+
+qint64 bytesAt(const SpaceNode& home, const QString& path) {
+    const SpaceNode* node = home.find(path);
+    return node ? node->bytes : 0;
+}
+
+Claims::Claims(const SpaceNode& home) : home_(home) {}
+
+qint64 Claims::take(const QStringList& folders) {
+    qint64 sum = 0;
+    for (const QString& folder : folders) {
+        const auto inside = [&](const QString& f) { return Paths::isWithin(folder, f); };
+        if (std::any_of(taken_.cbegin(), taken_.cend(), inside)) continue;  // counted already
+        // Folders taken before that lie inside this one are counted already: the outermost of them
+        // come off its bytes.
+        QStringList inner;
+        for (const QString& t : taken_)
+            if (Paths::isWithin(t, folder)) inner.append(t);
+        qint64 bytes = bytesAt(home_, folder);
+        for (const QString& t : inner) {
+            const bool outermost = std::none_of(inner.cbegin(), inner.cend(),
+                                                [&](const QString& o) { return o != t && Paths::isWithin(t, o); });
+            if (outermost) bytes = Checked::sub(bytes, bytesAt(home_, t));
+        }
+        taken_.append(folder);
+        sum = Checked::add(sum, atLeastZero(bytes));
+    }
+    total_ = Checked::add(total_, sum);
+    return sum;
+}
+
+HomeSlices homeSlices(const ScanData& data, Claims& claims) {
+    const SliceFolders folders = sliceFolders(data);
     HomeSlices h;
-    h.developer = sumAt(home, SystemData::developerFolders());
-    h.photos = nodeBytes(home, QStringLiteral("Pictures"));
-    h.apps = nodeBytes(home, QStringLiteral("Applications"));
-    h.documents = sumAt(home, {QStringLiteral("Documents"), QStringLiteral("Desktop")});
-    h.downloads = nodeBytes(home, QStringLiteral("Downloads"));
-    h.media = sumAt(home, {QStringLiteral("Music"), QStringLiteral("Movies")});
-    h.mail = sumAt(home, {QStringLiteral("Library/Mail"), QStringLiteral("Library/Messages")});
+    h.developer = claims.take(inHome(developerFolders()));
+    h.photos = claims.take(folders.photos);
+    h.apps = claims.take(folders.apps);
+    h.documents = claims.take(folders.documents);
+    h.downloads = claims.take(folders.downloads);
+    h.media = claims.take(folders.media);
+    h.mail = claims.take(folders.mail);
     return h;
+}
+
+qint64 HomeSlices::sum() const {
+    qint64 s = 0;
+    for (qint64 v : {developer, photos, apps, documents, downloads, media, mail}) s = Checked::add(s, v);
+    return s;
 }
 
 qint64 trashRowBytes(const ScanData& data) {
     return Scanner::trash(SystemData::trashMeasured(data), data.quarleTrash, data.fullDiskAccess).bytes;
 }
+
+}  // namespace SystemData
+
+namespace {
 
 // Settings and documents apps keep, less what other rows and slices already count.
 qint64 appsOwnData(const SpaceNode& home) {
@@ -98,7 +166,8 @@ QStringList developerFolders() {
 }
 
 Bar diskBar(const ScanData& data, const Volume& volume) {
-    const HomeSlices h = homeSlices(data.home);
+    Claims claims(data.home);
+    const HomeSlices h = homeSlices(data, claims);
     const bool access = data.fullDiskAccess.value_or(false);
     const auto out = [&](const char* path) { return data.outside.value(QLatin1String(path), 0); };
     QList<DiskPart> slices{
@@ -125,6 +194,7 @@ Bar diskBar(const ScanData& data, const Volume& volume) {
 
 QList<SystemPart> breakdown(const ScanData& data, const Volume& volume, const QList<Finding>& findings,
                             qint64 systemTotal) {
+    if (data.linuxSystem) return linuxBreakdown(data, findings, systemTotal);
     const SpaceNode& home = data.home;
     const auto out = [&](const char* path) { return data.outside.value(QLatin1String(path), 0); };
     const qint64 caches = findingBytes(findings, QStringLiteral("caches"));
@@ -138,7 +208,8 @@ QList<SystemPart> breakdown(const ScanData& data, const Volume& volume, const QL
         ? atLeastZero(Checked::sub(Checked::sub(volume.used(), *data.dataVolumeUsed), data.vmVolumeUsed.value_or(0)))
         : 0;
     // What is left of the home once every slice and every row above has taken its folders.
-    qint64 homeElsewhere = Checked::add(homeSlices(home).sum(), caches);
+    Claims claims(home);
+    qint64 homeElsewhere = Checked::add(homeSlices(data, claims).sum(), caches);
     for (qint64 v : {logs, ownData, backups, iCloud}) homeElsewhere = Checked::add(homeElsewhere, v);
     if (Paths::isWithin(Scanner::trashFiles(), home.path))
         homeElsewhere = Checked::add(homeElsewhere, trashMeasured(data));

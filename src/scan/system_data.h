@@ -3,6 +3,7 @@
 // macOS calls System Data holds.
 
 #include <QList>
+#include <QStringList>
 
 #include "core/records.h"
 #include "scan/scan_data.h"
@@ -23,5 +24,42 @@ QList<SystemPart> breakdown(const ScanData& data, const Volume& volume, const QL
 qint64 trashMeasured(const ScanData& data);
 // The home folders that make up the home's share of the "Developer" slice, none inside another.
 QStringList developerFolders();
+
+// The pieces the macOS and the Linux breakdowns share.
+
+qint64 atLeastZero(qint64 n);
+// Bytes of the node at absolute `path` in `home`; 0 when the tree does not hold it.
+qint64 bytesAt(const SpaceNode& home, const QString& path);
+
+// Home folders handed out to slices and rows one after another, so that no byte is counted twice:
+// a folder inside one taken before counts nothing, one holding folders taken before counts
+// without them.
+class Claims {
+public:
+    explicit Claims(const SpaceNode& home);
+    // Takes the absolute `folders`; the bytes they add.
+    qint64 take(const QStringList& folders);
+    // Everything taken so far.
+    qint64 total() const { return total_; }
+
+private:
+    const SpaceNode& home_;
+    QStringList taken_;
+    qint64 total_ = 0;
+};
+
+// The home's share of each slice but System Data and Trash, in the bar's order.
+struct HomeSlices {
+    qint64 developer = 0, photos = 0, apps = 0, documents = 0, downloads = 0, media = 0, mail = 0;
+    qint64 sum() const;
+};
+// Takes the slices' folders from `claims`, Developer first.
+HomeSlices homeSlices(const ScanData& data, Claims& claims);
+// The bytes the Trash row and slice show.
+qint64 trashRowBytes(const ScanData& data);
+
+// The System Data rows of a Linux-shaped home: the root file system's own folders instead of
+// macOS's volumes.
+QList<SystemPart> linuxBreakdown(const ScanData& data, const QList<Finding>& findings, qint64 systemTotal);
 
 }  // namespace SystemData

@@ -117,3 +117,39 @@ TEST(Refusal, TextsShowTheHomeAsTilde) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(SafetyTest, ALinuxHomesBaseFoldersKeysAndTrashRecordsAreProtected) {
+    for (const QString& r : {".cache", ".config", ".local", ".local/share", ".local/state", ".var", ".var/app",
+                             ".local/share/Trash", ".local/share/Trash/files", ".local/share/Trash/info"}) {
+        make(r);
+        EXPECT_EQ(refused(home + "/" + r), Kind::protected_) << r.toStdString();
+    }
+    EXPECT_EQ(refused(make(".cache/fontconfig")), std::nullopt);
+    EXPECT_EQ(refused(make(".config/Code/Cache")), std::nullopt);
+    for (const QString& p : {".ssh", ".ssh/old-keys", ".gnupg/private-keys-v1.d", ".local/share/keyrings",
+                             ".local/share/keyrings/login.keyring", ".password-store/mail", "Projects/app/.ssh"})
+        EXPECT_EQ(refused(make(p)), Kind::protected_) << p.toStdString();
+    EXPECT_EQ(refused(make(".sshd-config")), std::nullopt) << "only the whole name";
+
+    // An item's record in the Trash goes with the item, never by itself.
+    Files::writeText(Home::trashFolder() + "/info/a.trashinfo", "[Trash Info]\n");
+    EXPECT_EQ(refused(Home::trashFolder() + "/info/a.trashinfo"), Kind::protected_);
+    EXPECT_EQ(refused(make(".local/share/Trash/info/sub")), Kind::protected_);
+    EXPECT_EQ(refused(make("Projects/info")), std::nullopt) << "other folders named info are no records";
+}
+
+TEST_F(SafetyTest, ARunningFlatpakAppsFolderIsInUse) {
+    const QString maps = ".var/app/org.gnome.Maps";
+    for (const QString& p : {maps + "/data", maps + "/config", maps + "/cache/tiles", maps})
+        EXPECT_EQ(refused(make(p)), std::nullopt) << p.toStdString();
+    Safety::setRunning([] { return QSet<QString>{"org.gnome.Maps"}; });
+    for (const QString& p : {maps + "/data", maps + "/config/dconf", maps + "/cache/tiles", maps})
+        EXPECT_EQ(refused(make(p)), Kind::inUse) << p.toStdString();
+    EXPECT_EQ(refused(make(".var/app/org.gnome.MapsOld/data")), std::nullopt);
+    EXPECT_EQ(refused(make(".var/app/Maps/data")), std::nullopt);
+    EXPECT_EQ(refused(make(".config/org.gnome.Maps")), std::nullopt) << "only its own Flatpak folder";
+}
+
+}  // namespace

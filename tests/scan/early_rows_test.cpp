@@ -134,3 +134,20 @@ TEST(EarlyRows, ManyThreadsGetOneRisingSequenceAndTheFinalSums) {
     EXPECT_EQ(*rowOf(newest->second, "caches"), (EarlyRow{"caches", "App caches", Bucket::now, perRule * 1000, true}));
     EXPECT_EQ(*rowOf(newest->second, "gradle"), (EarlyRow{"gradle", "Gradle caches", Bucket::now, perRule * 1000, true}));
 }
+
+TEST(EarlyRows, ASecondWalksRootsFollowTheFirstOnes) {
+    Recorder rec;
+    FakeClock t;
+    EarlyRows rows(rec.callback(), t.clock());
+    rows.start({Home::at(".npm/_cacache/x")});  // 0: npm
+    const int first = rows.more({Home::at("elsewhere/a"), Home::at(".gradle/caches/m")});  // 1, 2
+    EXPECT_EQ(first, 1);
+    EXPECT_EQ(rows.more({}), 3);
+    rows.done(first + 1, 700);  // gradle's only root: at once
+    rows.done(0, 40);
+    ASSERT_EQ(rec.reports.size(), 2);
+    EXPECT_EQ(*rowOf(rec.reports[1].second, "gradle"), (EarlyRow{"gradle", "Gradle caches", Bucket::now, 700, true}));
+    EXPECT_EQ(*rowOf(rec.reports[1].second, "npm"), (EarlyRow{"npm", "npm cache", Bucket::now, 40, true}));
+    rows.start({Home::at(".gradle/caches/n")});  // a new walk starts counting again
+    EXPECT_EQ(rows.more({Home::at("x")}), 1);
+}

@@ -27,6 +27,7 @@ void enter() {
     sandboxRoot = QString::fromLocal8Bit(pattern);
     QDir().mkpath(home());
     QDir().mkpath(sandboxRoot + QStringLiteral("/tmp"));
+    QDir().mkpath(sandboxRoot + QStringLiteral("/system"));
     ::chmod(Files::bytes(home()).constData(), 0755);
     const auto set = [](const char* name, const QString& value) {
         ::setenv(name, value.toLocal8Bit().constData(), 1);
@@ -38,6 +39,8 @@ void enter() {
     set("XDG_CACHE_HOME", home() + QStringLiteral("/.cache"));
     set("XDG_STATE_HOME", home() + QStringLiteral("/.local/state"));
     set("TMPDIR", sandboxRoot + QStringLiteral("/tmp"));
+    // An empty system of its own: a scan of a Linux-shaped home never walks this machine's /usr.
+    set("QUARLE_SYSTEM_ROOT", sandboxRoot + QStringLiteral("/system"));
     ::unsetenv("QUARLE_DEMO");
     ::unsetenv("QUARLE_SELFTEST");
     ::unsetenv("QUARLE_SCAN_PAUSE");

@@ -1,7 +1,8 @@
 #pragma once
-// Every test program runs inside a sandbox folder of its own under /tmp: HOME, QUARLE_ROOT and the
-// XDG folders point into it, and it is removed when the program ends. Nothing a test does can
-// reach the real home folder, preferences or Trash.
+// Every test program runs inside a sandbox folder of its own under /tmp: HOME, QUARLE_ROOT, the
+// XDG folders and QUARLE_SYSTEM_ROOT (an empty root()/system) point into it, and it is removed when
+// the program ends. Nothing a test does can reach the real home folder, preferences or Trash, nor
+// read this machine's system folders.
 
 #include <QString>
 

@@ -1,0 +1,80 @@
+#include "scan/linux_fixture.h"
+
+#include <sys/stat.h>
+
+void LinuxScanTest::SetUp() {
+    Sandbox::clearHome();
+    system = Sandbox::scratch("system");
+    bin = Sandbox::scratch("bin");
+    savedPath = qgetenv("PATH");
+    savedSystemRoot = qgetenv("QUARLE_SYSTEM_ROOT");
+    qputenv("QUARLE_SYSTEM_ROOT", Files::bytes(system));
+    qputenv("PATH", Files::bytes(bin) + ":" + savedPath);
+    flatpakRunning("");
+}
+
+void LinuxScanTest::TearDown() {
+    qputenv("PATH", savedPath);
+    qputenv("QUARLE_SYSTEM_ROOT", savedSystemRoot);
+}
+
+void LinuxScanTest::flatpakRunning(const QByteArray& running) {
+    Files::writeText(bin + "/flatpak", "#!/bin/sh\n[ \"$1\" = ps ] || exit 1\nprintf 'Application\\n" + running + "'\n");
+    ::chmod(Files::bytes(bin + "/flatpak").constData(), 0755);
+}
+
+QList<EarlyRow> LinuxScanTest::Scanned::lastEarly() const {
+    qint64 newest = 0;
+    QList<EarlyRow> rows;
+    for (const auto& [seq, list] : early)
+        if (seq > newest) {
+            newest = seq;
+            rows = list;
+        }
+    return rows;
+}
+
+LinuxScanTest::Scanned LinuxScanTest::scan() {
+    Scanned s;
+    QMutex lock;
+    WalkProgress progress;
+    s.data = Scanner::scan(progress, {}, [&](qint64 seq, const QList<EarlyRow>& rows) {
+        QMutexLocker guard(&lock);
+        s.early.append({seq, rows});
+    });
+    s.result = Scanner::derive(s.data, {"Disk", 2 * diskUsed, diskUsed, diskUsed});
+    return s;
+}
+
+const Finding* findingOf(const ScanResult& r, const QString& id) {
+    for (const Finding& f : r.findings)
+        if (f.id == id) return &f;
+    return nullptr;
+}
+
+QStringList partNames(const Finding* f) {
+    QStringList names;
+    if (f)
+        for (const Part& p : f->parts) names.append(p.name);
+    names.sort();
+    return names;
+}
+
+QStringList allParts(const ScanResult& r) {
+    QStringList all;
+    for (const Finding& f : r.findings)
+        for (const Part& p : f.parts) all.append(p.path);
+    return all;
+}
+
+qint64 systemRow(const ScanResult& r, const QString& name) {
+    for (const SystemPart& p : r.system)
+        if (p.name == name) return p.bytes;
+    return 0;
+}
+
+qint64 slice(const ScanResult& r, const QString& name) {
+    for (const DiskPart& p : r.strata)
+        if (p.name == name) return p.bytes;
+    return 0;
+}

@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+
+#include "core/home.h"
+#include "core/paths.h"
+#include "scan/catalogue.h"
+#include "scan/linux_fixture.h"
+#include "scan/system_data.h"
+#include "support/mac_home.h"
+
+namespace {
+
+using Scanned = LinuxScanTest::Scanned;
+
+void noPartTwice(const ScanResult& r) {
+    const QStringList all = allParts(r);
+    for (qsizetype i = 0; i < all.size(); ++i)
+        for (qsizetype k = 0; k < all.size(); ++k)
+            if (i != k) EXPECT_FALSE(Paths::isWithin(all[i], all[k])) << all[i].toStdString() << " in " << all[k].toStdString();
+}
+
+}  // namespace
+
+TEST_F(LinuxScanTest, FindingsOnALinuxHome) {
+    LinuxHome linux(Sandbox::home());
+    linux.everything();
+    const Scanned s = scan();
+    const ScanResult& r = s.result;
+    EXPECT_EQ(r.home.bytes, linux.bytesUnder(""));
+    ASSERT_TRUE(s.data.linuxSystem);
+    EXPECT_TRUE(s.data.outside.isEmpty());  // the macOS folders are not looked for
+
+    const auto c = [&](const char* folder) { return linux.cacheBytes(folder); };
+    const auto h = [&](const char* folder) { return linux.bytesUnder(folder); };
+    const QMap<QString, qint64> expected{
+        {"xdgcache", c("spotify") + c("fontconfig") + c("tracker3") + c("motd.legal-displayed")},
+        {"thumbnails", c("thumbnails")},
+        {"browsercaches", c("google-chrome") + c("chromium") + c("BraveSoftware") + c("mozilla")},
+        {"ccache", c("ccache") + h(".ccache")},
+        {"sccache", c("sccache")},
+        {"shadercaches", c("mesa_shader_cache") + c("mesa_shader_cache_db")},
+        {"maven", h(".m2/repository")},
+        {"rustup", h(".rustup/toolchains")},
+        {"bazel", c("bazel")},
+        {"gomodules", h("go/pkg/mod")},
+        {"containers", h(".local/share/containers/storage")},
+        {"rootlessdocker", h(".local/share/docker")},
+        {"homebrew", c("Homebrew")},
+        {"yarn", c("yarn")},
+        {"npm", h(".npm")},
+        {"pip", c("pip") + c("uv")},
+        {"gradle", h(".gradle/caches") + h(".gradle/wrapper/dists")},
+        {"gobuild", c("go-build")},
+        {"jetbrains", c("JetBrains")},
+        {"playwright", c("ms-playwright") + c("puppeteer")},
+        {"pnpm", h(".local/share/pnpm/store") + c("pnpm")},
+        {"cargo", h(".cargo/registry") + h(".cargo/git")},
+        {"huggingface", c("huggingface") - c("huggingface/token") - c("huggingface/stored_tokens")},
+        {"electroncaches", h(".config/Code") - h(".config/Code/User") + h(".config/Slack") - h(".config/Slack/storage") +
+                               h(".config/discord/GPUCache")},
+        {"flatpakcaches", h(".var/app/org.gnome.Maps/cache") + h(".var/app/com.spotify.Client/cache") +
+                              h(".var/app/org.mozilla.firefox/cache")},
+        {"installers", h("Downloads/debian-12.iso")},
+    };
+    QMap<QString, qint64> found;
+    for (const Finding& f : r.findings) {
+        found.insert(f.id, f.bytes);
+        qint64 parts = 0;
+        for (const Part& p : f.parts) parts += p.bytes;
+        EXPECT_EQ(parts, f.bytes) << f.id.toStdString();
+    }
+    EXPECT_EQ(found, expected);
+
+    // One part per child of .cache that no row owns; the state apps keep and logins never.
+    EXPECT_EQ(partNames(findingOf(r, "xdgcache")), QStringList({"fontconfig", "motd.legal-displayed", "spotify", "tracker3"}));
+    EXPECT_EQ(findingOf(r, "xdgcache")->place, "~/.cache · 4 folders");
+    noPartTwice(r);
+    for (const QString& path : allParts(r))
+        for (const char* kept : {"keepassxc", "obexd", "gh-token", "huggingface/token", "huggingface/stored_tokens"})
+            EXPECT_FALSE(Paths::isWithin(path, linux.inCache(kept))) << path.toStdString();
+    EXPECT_EQ(partNames(findingOf(r, "huggingface")), QStringList({"hub"}));
+
+    EXPECT_EQ(partNames(findingOf(r, "rustup")),
+              QStringList({"nightly-2023-01-01-x86_64-unknown-linux-gnu", "stable-x86_64-unknown-linux-gnu"}));
+    EXPECT_EQ(partNames(findingOf(r, "jetbrains")), QStringList({"IntelliJIdea2024.1", "PyCharm2022.2"}));
+    EXPECT_EQ(partNames(findingOf(r, "electroncaches")),
+              QStringList({"Code · Cache", "Code · CachedData", "Code · CachedExtensionVSIXs", "Code · Code Cache",
+                           "Code · GPUCache", "Slack · Cache", "Slack · DawnCache", "discord · GPUCache"}));
+    EXPECT_EQ(findingOf(r, "electroncaches")->place, "~/.config · 3 apps");
+    EXPECT_EQ(partNames(findingOf(r, "flatpakcaches")),
+              QStringList({"com.spotify.Client", "org.gnome.Maps", "org.mozilla.firefox"}));
+    EXPECT_EQ(findingOf(r, "flatpakcaches")->place, "~/.var/app · 3 apps");
+    for (const char* kept : {"bazel", "gomodules", "containers", "rootlessdocker"})
+        EXPECT_EQ(findingOf(r, kept)->removal, Removal::none()) << kept;
+
+    // The early rows hold the Linux rules measured by the same walk (what lies below its exact
+    // levels), never a kept one.
+    QMap<QString, qint64> early;
+    for (const EarlyRow& row : s.lastEarly()) early.insert(row.id, row.bytes);
+    EXPECT_EQ(early.value("maven"), expected["maven"]);
+    EXPECT_EQ(early.value("pnpm"), linux.bytesUnder(".local/share/pnpm/store") + linux.cacheBytes("pnpm/metadata/registry.npmjs.org"));
+    EXPECT_LE(early.value("xdgcache"), expected["xdgcache"]);
+    EXPECT_GT(early.value("xdgcache"), 0);
+    EXPECT_FALSE(early.contains("bazel"));
+}
+
+TEST_F(LinuxScanTest, UserFoldersMakeTheSlicesAndTheHomeIsCountedOnce) {
+    LinuxHome linux(Sandbox::home());
+    linux.everything();
+    const Scanned s = scan();
+    const ScanResult& r = s.result;
+    EXPECT_EQ(slice(r, "Photos"), linux.bytesUnder("Bilder"));
+    EXPECT_EQ(slice(r, "Documents"), linux.bytesUnder("Dokumente"));  // the desktop is the home: not set up
+    EXPECT_EQ(slice(r, "Music & Movies"), linux.bytesUnder("Musik") + linux.bytesUnder("Videos"));
+    EXPECT_EQ(slice(r, "Downloads"), linux.bytesUnder("Downloads"));
+    qint64 developer = 0;
+    for (const QString& f : SystemData::developerFolders()) developer += linux.bytesUnder(f);
+    EXPECT_EQ(slice(r, "Developer"), developer);
+
+    // System Data: the home's share, row by row, and the rest of the disk by subtraction.
+    EXPECT_EQ(r.systemTotal, LinuxScanTest::diskUsed - [&] {
+        qint64 sum = 0;
+        for (const DiskPart& p : r.strata)
+            if (p.name != "System Data") sum += p.bytes;
+        return sum;
+    }());
+    qint64 rows = 0;
+    for (const SystemPart& p : r.system) rows += p.bytes;
+    EXPECT_EQ(rows, r.systemTotal);
+    const auto f = [&](const char* id) { return findingOf(r, id)->bytes; };
+    EXPECT_EQ(systemRow(r, "App caches"), f("xdgcache") + f("thumbnails") + f("browsercaches") + f("shadercaches") +
+                                              f("electroncaches") + f("flatpakcaches"));
+    EXPECT_EQ(systemRow(r, "Flatpak apps and runtimes"), linux.bytesUnder(".local/share/flatpak"));
+    EXPECT_EQ(systemRow(r, "Apps' own data"),
+              linux.bytesUnder(".config") - f("electroncaches") + linux.bytesUnder(".var/app") - f("flatpakcaches") +
+                  linux.bytesUnder(".local/share") - linux.bytesUnder(".local/share/flatpak") -
+                  linux.bytesUnder(".local/share/pnpm/store") - linux.bytesUnder(".local/share/containers/storage") -
+                  linux.bytesUnder(".local/share/docker"));
+    // What no slice and no row takes: loose settings, the state kept in .cache, the English
+    // Pictures and Desktop folders that are not the user's here.
+    EXPECT_EQ(systemRow(r, "Other files in your home"),
+              linux.bytesUnder(".rustup/settings.toml") + linux.bytesUnder(".cargo/bin") +
+                  linux.cacheBytes("keepassxc") + linux.cacheBytes("obexd") + linux.cacheBytes("gh-token") +
+                  linux.bytesUnder("Pictures") + linux.bytesUnder("Desktop"));
+    for (const char* mac : {"macOS itself", "Purgeable", "Shared files in /Library", "Swap and sleep image"})
+        EXPECT_EQ(systemRow(r, mac), 0) << mac;
+    ASSERT_FALSE(r.system.isEmpty());
+    EXPECT_EQ(r.system.first().name, "Not measured");
+    EXPECT_TRUE(r.system.first().estimated);
+}
+
+TEST_F(LinuxScanTest, TheShapeOfAHome) {
+    EXPECT_FALSE(Scanner::linuxShaped(Sandbox::home()));  // empty: as it always was
+    Files::makeDirs(Sandbox::home() + "/.local/share");
+    EXPECT_TRUE(Scanner::linuxShaped(Sandbox::home()));
+    Files::makeDirs(Sandbox::home() + "/Library");
+    EXPECT_FALSE(Scanner::linuxShaped(Sandbox::home()));  // every Mac home has one
+    Files::removeTree(Sandbox::home() + "/Library");
+    Files::symlink("/usr", Sandbox::home() + "/Library");  // a link to a folder is no Library folder
+    EXPECT_TRUE(Scanner::linuxShaped(Sandbox::home()));
+}
+
+TEST_F(LinuxScanTest, AMacShapedHomeWithLinuxCachesStaysMacShaped) {
+    MacHome mac(Sandbox::home());
+    mac.everything();
+    LinuxHome linux(Sandbox::home());
+    linux.electronApps();
+    const Scanned s = scan();
+    EXPECT_FALSE(s.data.linuxSystem);
+    EXPECT_TRUE(std::any_of(s.result.system.begin(), s.result.system.end(),
+                            [](const SystemPart& p) { return p.name == "iPhone and iPad backups"; }));
+    EXPECT_TRUE(findingOf(s.result, "electroncaches"));  // an extra of any home with such folders
+    EXPECT_FALSE(findingOf(s.result, "xdgcache"));  // only own rows in MacHome's .cache
+}
