@@ -51,6 +51,7 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
     sinceCheckpoint.start();
     qsizetype saved = -1;  // items in the stored copy; -1 before the entry is stored
     Trash::Batch batch;
+    const Safety::Checker safety(home);
 
     const auto checkpoint = [&] {
         if (saved < 0)
@@ -61,7 +62,7 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
         sinceCheckpoint.restart();
     };
     for (const QString& path : paths) {
-        const Safety::Verdict verdict = Safety::check(path, home, apps);
+        const Safety::Verdict verdict = safety.check(path, apps);
         if (!verdict.ok()) {
             out.refused.append({path, *verdict.refusal});
             continue;

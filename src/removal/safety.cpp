@@ -206,7 +206,15 @@ bool holdsProtected(const QString& path, const QString& home, bool look) {
     return false;
 }
 
+Checker::Checker(const QString& home) : home_(home), realHome_(realPath(home).value_or(home)) {}
+
 Verdict check(const QString& path, const QString& home, const QSet<QString>& apps) {
+    return Checker(home).check(path, apps);
+}
+
+Verdict Checker::check(const QString& path, const QSet<QString>& apps) const {
+    const QString& home = home_;
+    const QString& realHome = realHome_;
     const QString given = Paths::standardize(path, home);
     const auto refuse = [&](Refusal::Kind kind) { return Verdict{QString(), Refusal{kind, given}}; };
     if (!given.startsWith(QLatin1Char('/'))) return refuse(Refusal::Kind::outside);  // no place of its own
@@ -216,7 +224,6 @@ Verdict check(const QString& path, const QString& home, const QSet<QString>& app
     const QString parent = Paths::parentOf(given);
     const auto resolvedParent = realPath(parent);
     if (!resolvedParent) return refuse(Refusal::Kind::missing);
-    const QString realHome = realPath(home).value_or(home);
 
     // Link test: only the home folder itself may lie behind a link.
     const QString expectedParent =

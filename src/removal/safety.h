@@ -26,6 +26,18 @@ struct Verdict {
 // outside the home folder.
 Verdict check(const QString& path, const QString& home = Home::path(), const QSet<QString>& apps = {});
 
+// The same check for many paths against one home folder, which is resolved once rather than for
+// every path (a removal of thousands of items).
+class Checker {
+public:
+    explicit Checker(const QString& home = Home::path());
+    Verdict check(const QString& path, const QSet<QString>& apps = {}) const;
+
+private:
+    QString home_;
+    QString realHome_;
+};
+
 // The paths that may never be removed themselves.
 QSet<QString> roots(const QString& home);
 // True when `relative` (to home) is the container of a system application.
