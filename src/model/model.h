@@ -213,7 +213,9 @@ private:
     // model_scan.cpp
     void startDemo();
     void startExpiry();
-    void expireBy(const QDateTime& when);
+    // In the background: empties what waited longer than keepDays (with `expire`), notes what left
+    // the Trash some other way (with `sync`), then hands the bytes emptied to trashChanged and `then`.
+    void tidyTrash(bool expire, bool sync, std::function<void(qint64)> then = {});
     void finishScan(const QUuid& token, const std::shared_ptr<ScanCancel>& cancel, QPointer<QTimer> timer,
                     ScanData data, ScanResult result);
     void applyEarly(const QUuid& token, qint64 seq, const QList<EarlyRow>& rows);

@@ -83,7 +83,8 @@ void Model::askClean(const Finding& finding) {
     askFor({narrowed(finding, parts, offered.size())});
 }
 
-void Model::perform(const Confirm& confirm, bool freeNow) {
+void Model::perform(const Confirm& given, bool freeNow) {
+    const Confirm confirm = given;  // the sheet's own record, which closing it destroys
     assignConfirm(std::nullopt);
     if (demo_) {
         finishAction(ActionReport::of(ActionReport::Kind::removal, Sentences::demoRemoved));

@@ -192,16 +192,9 @@ void Model::setKeepDays(int days, bool confirmed) {
         emit reported(ActionReport::of(ActionReport::Kind::keepDays));
         return;
     }
-    assignJobs(jobs_ + 1);
-    const std::shared_ptr<HistoryStore> store = store_;
-    const QDateTime when = now();
-    inBackground<qint64>(
-        Priority::utility, Job::expiry, [store, days, when] { return Remover::expire(*store, days, when); },
-        [this](qint64 emptied) {
-            assignJobs(jobs_ - 1);
-            trashChanged(emptied);
-            ActionReport report = ActionReport::of(ActionReport::Kind::keepDays);
-            report.bytes = emptied;
-            emit reported(report);
-        });
+    tidyTrash(true, false, [this](qint64 emptied) {
+        ActionReport report = ActionReport::of(ActionReport::Kind::keepDays);
+        report.bytes = emptied;
+        emit reported(report);
+    });
 }

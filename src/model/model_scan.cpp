@@ -25,25 +25,30 @@ void Model::startDemo() {
 }
 
 void Model::startExpiry() {
-    const int days = keepDays_;
-    const QDateTime when = now();
-    const std::shared_ptr<HistoryStore> store = store_;
-    inBackground<qint64>(
-        Priority::utility, Job::expiry,
-        [store, days, when] { return Checked::add(Remover::expire(*store, days, when), Remover::syncWithTrash(*store)); },
-        [this](qint64 emptied) { trashChanged(emptied); });
+    tidyTrash(true, true);
     expiryTimer_ = new QTimer(this);
     expiryTimer_->setInterval(services_.expiryEvery);
-    connect(expiryTimer_, &QTimer::timeout, this, [this] { expireBy(now()); });
+    connect(expiryTimer_, &QTimer::timeout, this, [this] { tidyTrash(true, false); });
     expiryTimer_->start();
 }
 
-void Model::expireBy(const QDateTime& when) {
+void Model::tidyTrash(bool expire, bool sync, std::function<void(qint64)> then) {
     const int days = keepDays_;
+    const QDateTime when = now();
     const std::shared_ptr<HistoryStore> store = store_;
+    assignJobs(jobs_ + 1);
     inBackground<qint64>(
-        Priority::utility, Job::expiry, [store, days, when] { return Remover::expire(*store, days, when); },
-        [this](qint64 emptied) { trashChanged(emptied); });
+        Priority::utility, Job::expiry,
+        [store, days, when, expire, sync] {
+            qint64 emptied = expire ? Remover::expire(*store, days, when) : 0;
+            if (sync) emptied = Checked::add(emptied, Remover::syncWithTrash(*store));
+            return emptied;
+        },
+        [this, then = std::move(then)](qint64 emptied) {
+            assignJobs(jobs_ - 1);
+            trashChanged(emptied);
+            if (then) then(emptied);
+        });
 }
 
 void Model::refreshVolume() { assignVolume(demo_ ? Demo::volume() : services_.volume()); }
@@ -144,9 +149,10 @@ void Model::deriveInBackground() {
     deriveSeq_ = Checked::add(deriveSeq_, 1);
     const qint64 seq = deriveSeq_;
     const ScanData copy = *data_;
-    const ModelServices s = services_;
+    const Volume volume = services_.volume();  // the figures at the moment of the request
+    const auto derive = services_.derive;
     inBackground<ScanResult>(
-        Priority::userInitiated, Job::derive, [s, copy] { return s.derive(copy, s.volume()); },
+        Priority::userInitiated, Job::derive, [derive, copy, volume] { return derive(copy, volume); },
         [this, seq](ScanResult result) {
             if (seq == deriveSeq_) show(std::move(result));  // only the latest request is shown
         });
@@ -185,10 +191,7 @@ void Model::recheckAccess() {
     } else {
         assignFullDiskAccess(probe);
     }
-    const std::shared_ptr<HistoryStore> store = store_;
-    inBackground<qint64>(
-        Priority::utility, Job::expiry, [store] { return Remover::syncWithTrash(*store); },
-        [this](qint64 emptied) { trashChanged(emptied); });
+    tidyTrash(false, true);
 }
 
 void Model::show(ScanResult result) {

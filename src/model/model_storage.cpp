@@ -24,7 +24,8 @@ void Model::recordStep() {
     assignSpaceForward({});
 }
 
-void Model::open(const SpaceNode& node, int inColumn, bool record) {
+void Model::open(const SpaceNode& given, int inColumn, bool record) {
+    const SpaceNode node = given;  // often one of the columns about to be replaced
     if (record) recordStep();
     assignSpaceSelection(node);
     QList<SpaceNode> shown = columns_.mid(0, std::max(inColumn + 1, 0));

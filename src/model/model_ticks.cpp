@@ -180,7 +180,8 @@ void Model::selectSuggested(bool developerOnly) {
         if (f.removal.isTrash() && !inside(f).isEmpty()) resetParts(f);
 }
 
-void Model::hideRow(const Finding& finding) {
+void Model::hideRow(const Finding& given) {
+    const Finding finding = given;  // the shown row goes away with the next result
     QSet<QString> hidden = hiddenRows_;
     hidden.insert(finding.id);
     Prefs::setValue(QStringLiteral("hiddenRows"), sorted(hidden));
