@@ -48,7 +48,9 @@ struct SpaceStep {
     QList<SpaceNode> columns;
     std::optional<SpaceNode> selection;
 
-    bool operator==(const SpaceStep&) const = default;
+    // Written out: a defaulted one would compare lists of a recursive record, which Qt's
+    // container comparison cannot decide at this point.
+    bool operator==(const SpaceStep&) const;
 };
 
 // What one removal, restore or emptying did, beyond its toast.
