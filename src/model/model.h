@@ -273,6 +273,7 @@ private:
     qint64 appsChanges_ = 0;
     QMap<QString, QList<SpaceNode>> lazyKids_;  // folders listed on demand, by path
     int listings_ = 0;                          // on-demand listings in flight
+    qint64 diskEpoch_ = 0;  // raised by every removal and restore: listings made before are stale
     std::shared_ptr<ScanCancel> closing_;       // set when the model goes away: long loads stop
     std::unique_ptr<QThreadPool> userPool_;
     std::unique_ptr<QThreadPool> utilityPool_;

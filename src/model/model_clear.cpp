@@ -221,6 +221,7 @@ void Model::afterRemoving(const QStringList& paths) {
 
 void Model::afterAction() {
     appsChanges_ = Checked::add(appsChanges_, 1);
+    diskEpoch_ = Checked::add(diskEpoch_, 1);
     // Reloaded only once the Apps page has asked for the list.
     if (appsLoaded_ || appsLoading_) loadApps();
     if (!demo_) {

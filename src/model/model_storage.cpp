@@ -40,13 +40,18 @@ void Model::listLazily(const SpaceNode& node, int inColumn) {
     const QString path = node.path;
     const ModelServices s = services_;
     const std::shared_ptr<ScanCancel> closing = closing_;
+    const qint64 epoch = diskEpoch_;
     inBackground<QList<SpaceNode>>(
         Priority::userInitiated, Job::listing,
         [s, closing, path] { return s.listFolder(path, [closing] { return closing->stopped(); }); },
-        [this, path, inColumn](QList<SpaceNode> kids) {
+        [this, path, inColumn, epoch](QList<SpaceNode> kids) {
             --listings_;
             assignColumnLoading(listings_ > 0);
             if (!spaceSelection_ || spaceSelection_->path != path) return;  // the user moved on
+            if (epoch != diskEpoch_) {  // Quarle changed the disk while it was listed
+                listLazily(*spaceSelection_, inColumn);
+                return;
+            }
             storeListing(path, kids);
             const SpaceNode* fresh = scan_ ? scan_->home.find(path) : nullptr;
             if (!fresh) return;
@@ -72,11 +77,13 @@ void Model::refreshLazyColumns() {
         const QString path = column.path;
         const ModelServices s = services_;
         const std::shared_ptr<ScanCancel> closing = closing_;
+        const qint64 epoch = diskEpoch_;
         inBackground<QList<SpaceNode>>(
             Priority::userInitiated, Job::listing,
             [s, closing, path] { return s.listFolder(path, [closing] { return closing->stopped(); }); },
-            [this, path](QList<SpaceNode> kids) {
-                if (!lazyKids_.contains(path)) return;  // removed or gone from the tree meanwhile
+            [this, path, epoch](QList<SpaceNode> kids) {
+                // Gone from the tree, or listed before a later change: a newer listing follows.
+                if (!lazyKids_.contains(path) || epoch != diskEpoch_) return;
                 storeListing(path, kids);
                 rebuildColumns();
             });
