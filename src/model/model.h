@@ -243,11 +243,10 @@ private:
     void emptyEntries(const QList<HistoryEntry>& entries);
     void refindExtras(const QStringList& restored);
 
-    // model_apps.cpp
-    void carryAppFocus();
-
     // model_storage.cpp
     void listLazily(const SpaceNode& node, int inColumn);
+    // Lists a folder on a pool; `stale` when Quarle changed the disk while it was listed.
+    void listInBackground(const QString& path, std::function<void(QList<SpaceNode>, bool stale)> land);
     void installStep(const SpaceStep& step);
     void travel(bool back);
     void recordStep();

@@ -34,32 +34,36 @@ void Model::open(const SpaceNode& given, int inColumn, bool record) {
     if (node.isDir && node.kids.isEmpty()) listLazily(node, inColumn);
 }
 
-void Model::listLazily(const SpaceNode& node, int inColumn) {
-    ++listings_;
-    assignColumnLoading(true);
-    const QString path = node.path;
+void Model::listInBackground(const QString& path, std::function<void(QList<SpaceNode>, bool stale)> land) {
     const ModelServices s = services_;
     const std::shared_ptr<ScanCancel> closing = closing_;
     const qint64 epoch = diskEpoch_;
     inBackground<QList<SpaceNode>>(
         Priority::userInitiated, Job::listing,
         [s, closing, path] { return s.listFolder(path, [closing] { return closing->stopped(); }); },
-        [this, path, inColumn, epoch](QList<SpaceNode> kids) {
-            --listings_;
-            assignColumnLoading(listings_ > 0);
-            if (!spaceSelection_ || spaceSelection_->path != path) return;  // the user moved on
-            if (epoch != diskEpoch_) {  // Quarle changed the disk while it was listed
-                listLazily(*spaceSelection_, inColumn);
-                return;
-            }
-            storeListing(path, kids);
-            const SpaceNode* fresh = scan_ ? scan_->home.find(path) : nullptr;
-            if (!fresh) return;
-            assignSpaceSelection(*fresh);
-            QList<SpaceNode> shown = columns_.mid(0, inColumn + 1);
-            shown.append(*fresh);
-            assignColumns(std::move(shown));
-        });
+        [this, epoch, land = std::move(land)](QList<SpaceNode> kids) { land(std::move(kids), epoch != diskEpoch_); });
+}
+
+void Model::listLazily(const SpaceNode& node, int inColumn) {
+    ++listings_;
+    assignColumnLoading(true);
+    const QString path = node.path;
+    listInBackground(path, [this, path, inColumn](QList<SpaceNode> kids, bool stale) {
+        --listings_;
+        assignColumnLoading(listings_ > 0);
+        if (!spaceSelection_ || spaceSelection_->path != path) return;  // the user moved on
+        if (stale) {  // Quarle changed the disk while it was listed
+            listLazily(*spaceSelection_, inColumn);
+            return;
+        }
+        storeListing(path, kids);
+        const SpaceNode* fresh = scan_ ? scan_->home.find(path) : nullptr;
+        if (!fresh) return;
+        assignSpaceSelection(*fresh);
+        QList<SpaceNode> shown = columns_.mid(0, inColumn + 1);
+        shown.append(*fresh);
+        assignColumns(std::move(shown));
+    });
 }
 
 void Model::storeListing(const QString& path, const QList<SpaceNode>& kids) {
@@ -75,18 +79,12 @@ void Model::refreshLazyColumns() {
     for (const SpaceNode& column : columns_) {
         if (!lazyKids_.contains(column.path)) continue;
         const QString path = column.path;
-        const ModelServices s = services_;
-        const std::shared_ptr<ScanCancel> closing = closing_;
-        const qint64 epoch = diskEpoch_;
-        inBackground<QList<SpaceNode>>(
-            Priority::userInitiated, Job::listing,
-            [s, closing, path] { return s.listFolder(path, [closing] { return closing->stopped(); }); },
-            [this, path, epoch](QList<SpaceNode> kids) {
-                // Gone from the tree, or listed before a later change: a newer listing follows.
-                if (!lazyKids_.contains(path) || epoch != diskEpoch_) return;
-                storeListing(path, kids);
-                rebuildColumns();
-            });
+        listInBackground(path, [this, path](QList<SpaceNode> kids, bool stale) {
+            // Gone from the tree, or listed before a later change: a newer listing follows.
+            if (!lazyKids_.contains(path) || stale) return;
+            storeListing(path, kids);
+            rebuildColumns();
+        });
     }
 }
 

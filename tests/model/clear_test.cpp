@@ -50,12 +50,7 @@ protected:
         return part(path, Files::allocated(path), *machine.clock);
     }
 
-    std::unique_ptr<Model> started(ModelServices services) {
-        auto model = std::make_unique<Model>(std::move(services));
-        model->rescan(false);
-        EXPECT_TRUE(settle(*model));
-        return model;
-    }
+    std::unique_ptr<Model> started(const ModelServices& services) { return scanned(services); }
 
     Machine machine;
     Scripted script;

@@ -1,5 +1,7 @@
 #include "model_fixture.h"
 
+#include <gtest/gtest.h>
+
 #include "core/checked.h"
 #include "core/home.h"
 #include "core/paths.h"
@@ -35,6 +37,13 @@ ModelServices Scripted::services(const Machine& machine) const {
         return r;
     };
     return s;
+}
+
+std::unique_ptr<Model> scanned(const ModelServices& services) {
+    auto model = std::make_unique<Model>(services);
+    model->rescan(false);
+    EXPECT_TRUE(settle(*model));
+    return model;
 }
 
 bool waitFor(const std::function<bool()>& done) { return ModelWait::until(done, std::chrono::seconds(30)); }

@@ -41,6 +41,9 @@ struct Scripted {
     ModelServices services(const Machine& machine) const;
 };
 
+// A model that has scanned once (no start-up expiry around it) and shown the result.
+std::unique_ptr<Model> scanned(const ModelServices& services);
+
 // Runs the event loop until `done` holds (at most 30 seconds).
 bool waitFor(const std::function<bool()>& done);
 // Until no scan runs and no action is in flight.

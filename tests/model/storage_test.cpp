@@ -47,9 +47,7 @@ protected:
     }
 
     std::unique_ptr<Model> started() {
-        auto model = std::make_unique<Model>(script.services(machine));
-        model->rescan(false);
-        EXPECT_TRUE(settle(*model));
+        auto model = scanned(script.services(machine));
         model->setPage(Page::space);
         return model;
     }

@@ -35,13 +35,7 @@ protected:
         };
     }
 
-    // A model that has shown the scripted result.
-    std::unique_ptr<Model> started() {
-        auto model = std::make_unique<Model>(script.services(machine));
-        model->rescan(false);
-        EXPECT_TRUE(settle(*model));
-        return model;
-    }
+    std::unique_ptr<Model> started() { return scanned(script.services(machine)); }
 
     Machine machine;
     Scripted script;
