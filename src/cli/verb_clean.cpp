@@ -184,6 +184,8 @@ int runClean(const QStringList& args) {
         const QString why = model.toast().value_or(QStringLiteral("Nothing is ticked to clear."));
         if (o->json) {
             Out::raw(out.set(QStringLiteral("confirm"), Json()).set(QStringLiteral("kept"), keptJson(kept)).set(QStringLiteral("toast"), why).toText());
+        } else if (named) {
+            Out::error(why);  // the rows asked for give nothing to clear
         } else {
             Out::line(why);
         }

@@ -10,6 +10,7 @@
 #include "core/home.h"
 #include "core/json.h"
 #include "core/paths.h"
+#include "core/prefs.h"
 #include "support/files.h"
 #include "support/mac_apps.h"
 #include "support/mac_home.h"
@@ -129,6 +130,15 @@ TEST_F(Clean, RowsNamedAreClearedAsTheirButtonsWould) {
     EXPECT_TRUE(ran.err.startsWith("quarle: iPhone and iPad backups is only listed: Quarle doesn't remove it."))
         << ran.err.constData();
     EXPECT_EQ(runQuarle({"clean", "--bogus"}).status, 2);
+
+    // Parts excluded for good in Settings stay, even in a row named.
+    Prefs::setValue("neverClear", QStringList{home.at("Library/Logs/DiagnosticReports"), home.at("Library/Logs/fsck_hfs.log"),
+                                              home.at("Library/Logs/install.log")});
+    ran = runQuarle({"clean", "logs", "--yes"});
+    Prefs::setValue("neverClear", QStringList());
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(ran.err, "quarle: Nothing in Logs and crash reports is ticked.\n");
+    EXPECT_TRUE(there("Library/Logs/install.log"));
     EXPECT_TRUE(there("Library/Application Support/MobileSync/Backup/00008110-001A2B3C4D5E6F70/Manifest.db"));
 }
 
