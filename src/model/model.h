@@ -232,6 +232,8 @@ private:
     void resetParts(const Finding& finding);
 
     // model_clear.cpp
+    // The row as clearing it removes it: narrowed to its chosen parts; nothing when none is chosen.
+    std::optional<Finding> asCleared(const Finding& finding) const;
     void askFor(const QList<Finding>& findings);
     void landRemoval(const Confirm& confirm, bool freeNow, const Remover::Outcome& outcome,
                      const QList<Finding>& commandsDone, const QStringList& commandsFailed);

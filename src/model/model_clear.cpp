@@ -1,5 +1,7 @@
 // Clearing: what the ticks would remove, the confirmation, the removal itself and what follows it.
 
+#include <algorithm>
+
 #include "core/checked.h"
 #include "core/fmt.h"
 #include "core/home.h"
@@ -37,18 +39,20 @@ Finding narrowed(const Finding& f, const QList<Part>& chosen, qsizetype offered)
 
 }  // namespace
 
+std::optional<Finding> Model::asCleared(const Finding& f) const {
+    const QList<Part> offered = f.removal.isTrash() ? inside(f) : QList<Part>();
+    if (offered.isEmpty()) return f;  // commands and rows without parts go whole
+    const QList<Part> parts = chosen(f);
+    if (parts.isEmpty()) return std::nullopt;
+    return narrowed(f, parts, offered.size());
+}
+
 QList<Finding> Model::clearing(bool developerOnly) const {
     QList<Finding> out;
     if (!scan_) return out;
     for (const Finding& f : scan_->findings) {
         if (!ticked_.contains(f.id) || f.removal.isNone() || (developerOnly && !f.developer)) continue;
-        const QList<Part> offered = f.removal.isTrash() ? inside(f) : QList<Part>();
-        if (offered.isEmpty()) {
-            out.append(f);
-            continue;
-        }
-        const QList<Part> parts = chosen(f);
-        if (!parts.isEmpty()) out.append(narrowed(f, parts, offered.size()));
+        if (const std::optional<Finding> cleared = asCleared(f)) out.append(*cleared);
     }
     return out;
 }
@@ -70,17 +74,10 @@ void Model::askClean(bool only) {
 
 void Model::askClean(const Finding& finding) {
     if (finding.removal.isNone()) return;
-    const QList<Part> offered = finding.removal.isTrash() ? inside(finding) : QList<Part>();
-    if (offered.isEmpty()) {
-        askFor({finding});
-        return;
-    }
-    const QList<Part> parts = chosen(finding);
-    if (parts.isEmpty()) {
+    if (const std::optional<Finding> cleared = asCleared(finding))
+        askFor({*cleared});
+    else
         assignToast(Sentences::nothingTickedIn(finding.title));
-        return;
-    }
-    askFor({narrowed(finding, parts, offered.size())});
 }
 
 void Model::perform(const Confirm& given, bool freeNow) {
