@@ -7,11 +7,11 @@
 #include "cli/output.h"
 #include "core/fmt.h"
 #include "core/paths.h"
-#include "core/prefs.h"
+#include "model/model.h"
+#include "model/sentences.h"
 
 namespace {
 
-constexpr int defaultKeepDays = 7;
 constexpr qsizetype shortestPrefix = 4;
 
 QString idText(const HistoryEntry& e) { return e.id.toString(QUuid::WithoutBraces).toUpper(); }
@@ -44,11 +44,9 @@ std::optional<HistoryEntry> findInTrash(const QList<HistoryEntry>& entries, cons
     return entry;
 }
 
-int keepDays() { return Prefs::integer(QStringLiteral("keepDays"), defaultKeepDays); }
+int keepDays() { return Model::storedKeepDays(); }
 
-QString keepFor(int days) {
-    return days < 1 ? QStringLiteral("until you empty it") : QStringLiteral("for ") + Fmt::count(days, QStringLiteral("day"));
-}
+QString keepFor(int days) { return Sentences::keepFor(days); }
 
 QString stateText(const HistoryEntry& entry, int days) {
     switch (entry.state) {

@@ -1,8 +1,6 @@
 // quarle apps [--json], quarle orphans [--json], quarle login-items [--json]
 
-#include "apps/app_scanner.h"
-#include "apps/linux_login_items.h"
-#include "apps/login_items.h"
+#include "cli/model_run.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/checked.h"
@@ -65,29 +63,38 @@ void printLoginItem(const LoginItem& item) {
 int runApps(const QStringList& args) {
     const auto json = wantsJson(QStringLiteral("apps"), args);
     if (!json) return 2;
-    const AppScanner::Result result = AppScanner::scan();
+    Model model;
+    ModelRun::loadApps(model);
+    const QList<InstalledApp> apps = model.apps();
     if (*json) {
-        Out::raw(encodeJsonList(result.apps).toText());
+        Out::raw(encodeJsonList(apps).toText());
         return 0;
     }
     qint64 total = 0;
-    for (const InstalledApp& app : result.apps) {
+    for (const InstalledApp& app : apps) {
         printApp(app);
         Out::line();
         total = Checked::add(total, app.total());
     }
-    if (result.apps.isEmpty())
+    if (apps.isEmpty())
         Out::line(QStringLiteral("No apps in %1 or %2, no Flatpak apps and no AppImages.")
                       .arg(SystemFolders::current().applications, Fmt::path(Home::at(QStringLiteral("Applications")))));
     else
-        Out::line(QStringLiteral("%1, %2 in all.").arg(Fmt::count(result.apps.size(), QStringLiteral("app")), Fmt::bytes(total)));
+        Out::line(QStringLiteral("%1, %2 in all.").arg(Fmt::count(apps.size(), QStringLiteral("app")), Fmt::bytes(total)));
     return 0;
 }
 
 int runOrphans(const QStringList& args) {
+    if (args.contains(QStringLiteral("--remove"))) {
+        QStringList rest = args;
+        rest.removeAll(QStringLiteral("--remove"));
+        return runOrphanRemoval(rest);
+    }
     const auto json = wantsJson(QStringLiteral("orphans"), args);
     if (!json) return 2;
-    const QList<Orphan> orphans = AppScanner::scan().orphans;
+    Model model;
+    ModelRun::loadApps(model);
+    const QList<Orphan> orphans = model.orphans();
     if (*json) {
         Out::raw(encodeJsonList(orphans).toText());
         return 0;
@@ -110,7 +117,9 @@ int runOrphans(const QStringList& args) {
 int runLoginItems(const QStringList& args) {
     const auto json = wantsJson(QStringLiteral("login-items"), args);
     if (!json) return 2;
-    const QList<LoginItem> items = LoginItems::list();
+    Model model;
+    ModelRun::loadLoginItems(model);
+    const QList<LoginItem> items = model.loginItems();
     if (*json) {
         Out::raw(encodeJsonList(items).toText());
         return 0;

@@ -1,25 +1,44 @@
-// quarle empty ID, quarle expire [--days N]
+// quarle empty ID|--all [--yes], quarle expire [--days N]
 
 #include <QDateTime>
 
 #include "cli/history_lookup.h"
+#include "cli/model_run.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
+#include "demo/demo.h"
+#include "model/sentences.h"
 #include "removal/remover.h"
 
 int runEmpty(const QStringList& args) {
-    if (args.size() != 1) {
-        Out::error(QStringLiteral("empty needs the ID of one History entry: quarle empty ID"));
+    QStringList rest = args;
+    const bool yes = rest.removeAll(QStringLiteral("--yes")) > 0;
+    const bool all = rest.removeAll(QStringLiteral("--all")) > 0;
+    if (all ? !rest.isEmpty() : rest.size() != 1) {
+        Out::error(QStringLiteral("empty needs the ID of one History entry, or --all: quarle empty ID|--all [--yes]"));
         return 2;
     }
-    HistoryStore store;
-    const std::optional<HistoryEntry> entry =
-        HistoryLookup::findInTrash(store.entries(), args.first(), QStringLiteral("empty"));
-    if (!entry) return 1;
-    Remover::empty(*entry, store);
-    Out::line(QStringLiteral("Emptied %1. It's free space now.").arg(Fmt::bytes(entry->bytes)));
-    return 0;
+    Model model;
+    ModelRun::loadHistory(model);
+    ModelRun::Reports reports(model);
+    if (all) {
+        model.emptyAll(false);
+        if (!model.ask() && !reports.has()) {
+            Out::line(QStringLiteral("Nothing of Quarle's is in the Trash."));
+            return 0;
+        }
+    } else {
+        const std::optional<HistoryEntry> entry =
+            HistoryLookup::findInTrash(model.history(), rest.first(), QStringLiteral("empty"));
+        if (!entry) return 1;
+        model.emptyNow(*entry, false);
+    }
+    if (!ModelRun::answerAsk(model, yes)) {
+        Out::line(QStringLiteral("Nothing was emptied."));
+        return 1;
+    }
+    return ModelRun::printReport(reports.wait());
 }
 
 int runExpire(const QStringList& args) {
@@ -31,6 +50,10 @@ int runExpire(const QStringList& args) {
             Out::error(QStringLiteral("expire takes --days and a whole number, 0 or more: quarle expire [--days N]"));
             return 2;
         }
+    }
+    if (Demo::isOn()) {
+        Out::line(Sentences::demoEmptied);
+        return 0;
     }
     if (days < 1) {
         Out::line(QStringLiteral("Quarle keeps its items until you empty them, so nothing expired."));

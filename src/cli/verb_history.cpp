@@ -1,10 +1,12 @@
 // quarle history [--json]
 
 #include "cli/history_lookup.h"
+#include "cli/model_run.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
 #include "core/record_json.h"
+#include "demo/demo.h"
 #include "removal/remover.h"
 
 int runHistory(const QStringList& args) {
@@ -17,9 +19,13 @@ int runHistory(const QStringList& args) {
             return 2;
         }
     }
-    HistoryStore store;
-    Remover::syncWithTrash(store);  // what left the Trash some other way shows as such
-    const QList<HistoryEntry> entries = store.entries();
+    if (!Demo::isOn()) {
+        HistoryStore store;
+        Remover::syncWithTrash(store);  // what left the Trash some other way shows as such
+    }
+    Model model;  // after the sync: the model reads the history once
+    ModelRun::loadHistory(model);
+    const QList<HistoryEntry> entries = model.history();
     if (json) {
         Out::raw(encodeJsonList(entries).toText());
         return 0;

@@ -1,19 +1,20 @@
-// quarle restore ID [PATH…]
+// quarle restore ID [PATH…]: History's "Put Back" on the model.
 
 #include "cli/history_lookup.h"
+#include "cli/model_run.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
-#include "removal/remover.h"
 
 int runRestore(const QStringList& args) {
     if (args.isEmpty()) {
         Out::error(QStringLiteral("restore needs the ID of a History entry: quarle restore ID [PATH…]"));
         return 2;
     }
-    HistoryStore store;
+    Model model;
+    ModelRun::loadHistory(model);
     const std::optional<HistoryEntry> entry =
-        HistoryLookup::findInTrash(store.entries(), args.first(), QStringLiteral("put back"));
+        HistoryLookup::findInTrash(model.history(), args.first(), QStringLiteral("put back"));
     if (!entry) return 1;
     std::optional<QSet<QString>> only;
     if (args.size() > 1) {
@@ -30,14 +31,7 @@ int runRestore(const QStringList& args) {
             only->insert(path);
         }
     }
-    const Remover::Restored result = Remover::restore(*entry, only, store);
-    if (result.notBack.isEmpty()) {
-        Out::line(QStringLiteral("Put back %1 where they were.").arg(Fmt::count(result.count, QStringLiteral("item"))));
-        return 0;
-    }
-    Out::line(QStringLiteral("Put back %1. %2 couldn't go back: something is in their place.")
-                  .arg(result.count)
-                  .arg(result.notBack.size()));
-    for (const QString& path : result.notBack) Out::line(QStringLiteral("    ") + Fmt::path(path));
-    return 1;
+    ModelRun::Reports reports(model);
+    model.restore(*entry, only);
+    return ModelRun::printReport(reports.wait());
 }

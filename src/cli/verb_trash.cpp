@@ -5,6 +5,8 @@
 #include "cli/verbs.h"
 #include "core/fmt.h"
 #include "core/paths.h"
+#include "demo/demo.h"
+#include "model/sentences.h"
 #include "removal/remover.h"
 
 namespace {
@@ -46,6 +48,10 @@ std::optional<TrashOptions> parse(const QStringList& args) {
 int runTrash(const QStringList& args) {
     std::optional<TrashOptions> options = parse(args);
     if (!options) return 2;
+    if (Demo::isOn()) {
+        Out::line(Sentences::demoRemoved);
+        return 0;
+    }
     QStringList paths;
     for (const QString& given : options->paths) paths.append(HistoryLookup::absolute(given));
     QString title = options->title;

@@ -25,3 +25,8 @@ int runHistory(const QStringList& args);
 int runRestore(const QStringList& args);
 int runEmpty(const QStringList& args);
 int runExpire(const QStringList& args);
+int runClean(const QStringList& args);
+int runKeepDays(const QStringList& args);
+int runUninstall(const QStringList& args);
+// quarle orphans --remove NAME, reached through runOrphans.
+int runOrphanRemoval(const QStringList& args);

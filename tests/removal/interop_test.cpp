@@ -104,7 +104,7 @@ TEST_F(TrashCliTest, AnotherToolsItemsAreLeftAloneByExpiryAndEmptying) {
     const QByteArray before = Fixture::treeHash(trash);
 
     const QByteArray id = quarleTrash({file("mine-too", "ours"), file("other", "ours")});
-    EXPECT_EQ(runQuarle({"empty", id}).status, 0);
+    EXPECT_EQ(runQuarle({"empty", id, "--yes"}).status, 0);
     EXPECT_EQ(Fixture::treeHash(trash), before);
 
     quarleTrash({file("mine-too", "ours again")});

@@ -47,8 +47,11 @@ TEST(RemovalVerbs, TrashHistoryRestoreEmptyAndExpire) {
     EXPECT_EQ(back.out, "Put back 1 item where they were.\n");
     EXPECT_EQ(runQuarle({"expire"}).out, "Nothing of Quarle's has been in the Trash longer than 7 days.\n");
     EXPECT_EQ(runQuarle({"expire", "--days", "soon"}).status, 2);
-    EXPECT_EQ(runQuarle({"empty", id}).out, "Emptied 4 KB. It's free space now.\n");
-    const Ran again = runQuarle({"empty", id});
+    EXPECT_EQ(runQuarle({"empty", id}).status, 1) << "not without a yes";
+    EXPECT_EQ(runQuarle({"empty", id, "--yes"}).out,
+              "Empty App caches for good?\n4 KB will be deleted from the Trash. History won't be able to restore it.\n"
+              "Emptied 4 KB. It's free space now.\n");
+    const Ran again = runQuarle({"empty", id, "--yes"});
     EXPECT_EQ(again.status, 1);
     EXPECT_EQ(again.err, "quarle: Nothing to empty: \"App caches\" was emptied from the Trash.\n");
 }

@@ -10,12 +10,16 @@
 
 extern char** environ;
 
-Ran runQuarle(const QList<QByteArray>& args, const QList<QByteArray>& env) {
+Ran runQuarle(const QList<QByteArray>& args, const QList<QByteArray>& env, const QByteArray& input) {
     Ran ran;
-    int out[2], err[2];
-    if (::pipe2(out, O_CLOEXEC) != 0 || ::pipe2(err, O_CLOEXEC) != 0) return ran;
+    int in[2], out[2], err[2];
+    if (::pipe2(in, O_CLOEXEC) != 0 || ::pipe2(out, O_CLOEXEC) != 0 || ::pipe2(err, O_CLOEXEC) != 0) return ran;
+    // The input is small: it fits the pipe, so it is written whole before the program starts.
+    if (::write(in[1], input.constData(), std::size_t(input.size())) != input.size()) return ran;
+    ::close(in[1]);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, in[0], 0);
     posix_spawn_file_actions_adddup2(&actions, out[1], 1);
     posix_spawn_file_actions_adddup2(&actions, err[1], 2);
 
@@ -43,6 +47,7 @@ Ran runQuarle(const QList<QByteArray>& args, const QList<QByteArray>& env) {
     pid_t pid = 0;
     const int spawned = ::posix_spawn(&pid, QUARLE_BINARY, &actions, nullptr, argv.data(), envp.data());
     posix_spawn_file_actions_destroy(&actions);
+    ::close(in[0]);
     ::close(out[1]);
     ::close(err[1]);
     if (spawned == 0) {

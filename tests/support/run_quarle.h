@@ -10,5 +10,6 @@ struct Ran {
     QByteArray err;
 };
 
-// Runs quarle with `args` (each taken as raw bytes) in the sandbox's environment plus `env`.
-Ran runQuarle(const QList<QByteArray>& args, const QList<QByteArray>& env = {});
+// Runs quarle with `args` (each taken as raw bytes) in the sandbox's environment plus `env`, with
+// `input` on its standard input (by default none: /dev/null, so a question is never waited on).
+Ran runQuarle(const QList<QByteArray>& args, const QList<QByteArray>& env = {}, const QByteArray& input = {});

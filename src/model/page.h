@@ -1,0 +1,11 @@
+#pragma once
+// The pages of the window and its colour schemes, as the model knows them.
+
+#include <QString>
+#include <optional>
+
+enum class Page { home, clean, space, apps, system, developer, login, history, settings };
+enum class Appearance { system, night, paper };
+
+QString rawValue(Appearance);
+std::optional<Appearance> appearanceFromRaw(const QString&);
