@@ -1,5 +1,7 @@
 // quarle apps [--json], quarle orphans [--json], quarle login-items [--json]
 
+#include "apps/linux_login_items.h"
+#include "apps/login_items.h"
 #include "cli/model_run.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
