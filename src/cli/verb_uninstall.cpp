@@ -69,6 +69,8 @@ int confirmAndPerform(Model& model, const AppOptions& o) {
     }
     const Confirm confirm = *model.confirm();
     Out::line(QStringLiteral("%1 — %2").arg(confirm.title, Fmt::bytes(confirm.bytes)));
+    for (const Finding& c : confirm.commands())
+        Out::line(QStringLiteral("  Runs %1: removed for good, History can't put it back.").arg(c.removal.args.join(QLatin1Char(' '))));
     if (o.dryRun) return 0;
     const QString question = o.freeNow ? QStringLiteral("Delete %1 for good?").arg(Fmt::bytes(confirm.bytes))
                                        : QStringLiteral("Move %1 to the Trash?").arg(Fmt::bytes(confirm.bytes));

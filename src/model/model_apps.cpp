@@ -104,6 +104,10 @@ void Model::askUninstall(const InstalledApp& app) {
         assignToast(Sentences::quitFirst(app.name));
         return;
     }
+    if (!plan.refusal.isEmpty()) {
+        assignToast(plan.refusal);
+        return;
+    }
     assignConfirm(Confirm{QUuid::createUuid(), QStringLiteral("Uninstall ") + app.name, plan.commands, plan.paths,
                           plan.bytes, plan.apps});
 }
