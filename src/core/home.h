@@ -29,7 +29,7 @@ QString at(const QString& relative);
 // <home>/.local/share. Under another root (QUARLE_ROOT) always <root>/.local/share, so that a run on
 // a fixture home never reaches the user's own data.
 QString dataFolder();
-// The home Trash of the FreeDesktop.org specification: dataFolder() + "/Trash".
+// The home Trash as FreeDesktop.org lays it out: dataFolder() + "/Trash".
 QString trashFolder();
 
 }  // namespace Home

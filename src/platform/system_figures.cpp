@@ -18,21 +18,6 @@
 
 namespace {
 
-// The mount point whose file system holds `path`: the longest mount point of /proc/self/mountinfo
-// that contains it (fields: id, parent, major:minor, root, mount point, …).
-QString mountPointOf(const QString& path) {
-    QFile info(QStringLiteral("/proc/self/mountinfo"));
-    QString best = QStringLiteral("/");
-    if (!info.open(QIODevice::ReadOnly)) return best;
-    for (const QByteArray& line : info.readAll().split('\n')) {
-        const QList<QByteArray> fields = line.split(' ');
-        if (fields.size() < 5) continue;
-        const QString p = Paths::fromBytes(SystemFigures::unescapeOctal(fields[4]));
-        if (Paths::isWithin(path, p) && p.size() > best.size()) best = p;
-    }
-    return best;
-}
-
 std::optional<dev_t> deviceOf(const QString& path) {
     struct stat st;
     if (::stat(Paths::toBytes(path).constData(), &st) != 0) return std::nullopt;
@@ -42,6 +27,21 @@ std::optional<dev_t> deviceOf(const QString& path) {
 }  // namespace
 
 namespace SystemFigures {
+
+// The longest mount point of /proc/self/mountinfo that contains the path (fields: id, parent,
+// major:minor, root, mount point, …).
+QString mountPointOf(const QString& path) {
+    QFile info(QStringLiteral("/proc/self/mountinfo"));
+    QString best = QStringLiteral("/");
+    if (!info.open(QIODevice::ReadOnly)) return best;
+    for (const QByteArray& line : info.readAll().split('\n')) {
+        const QList<QByteArray> fields = line.split(' ');
+        if (fields.size() < 5) continue;
+        const QString p = Paths::fromBytes(unescapeOctal(fields[4]));
+        if (Paths::isWithin(path, p) && p.size() > best.size()) best = p;
+    }
+    return best;
+}
 
 QByteArray unescapeOctal(const QByteArray& text) {
     QByteArray out;

@@ -27,6 +27,8 @@ struct SwapArea {
 QList<SwapArea> parseSwapAreas(const QByteArray& text);
 // Undoes the octal escapes (\040 for a blank) the kernel writes in names in /proc.
 QByteArray unescapeOctal(const QByteArray& text);
+// The mount point of the file system that holds `path` (an absolute, resolved path).
+QString mountPointOf(const QString& path);
 
 struct Space {
     QString mountPoint;  // where the file system holding the path is mounted

@@ -3,10 +3,10 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <QFile>
 
 #include "core/home.h"
 #include "core/paths.h"
+#include "platform/system_figures.h"
 
 namespace {
 
@@ -69,24 +69,6 @@ std::optional<TrashCan> openPrivate(const QString& topdir, bool create) {
     return openCan(root.get(), rootPath, topdir, create);
 }
 
-// Mount points are written with octal escapes for space, tab, newline and backslash.
-QByteArray unescapeMountPoint(const QByteArray& field) {
-    QByteArray out;
-    for (qsizetype i = 0; i < field.size(); ++i) {
-        if (field[i] == '\\' && i + 3 < field.size()) {
-            bool ok = false;
-            const int value = field.mid(i + 1, 3).toInt(&ok, 8);
-            if (ok) {
-                out.append(char(value));
-                i += 3;
-                continue;
-            }
-        }
-        out.append(field[i]);
-    }
-    return out;
-}
-
 }  // namespace
 
 QString TrashCan::infoPath(const QString& original) const {
@@ -114,19 +96,7 @@ std::optional<TrashCan> top(const QString& topdir, bool create) {
     return openPrivate(topdir, create);
 }
 
-QString mountPointOf(const QString& path) {
-    QFile file(QStringLiteral("/proc/self/mountinfo"));
-    QString best = QStringLiteral("/");
-    if (!file.open(QIODevice::ReadOnly)) return best;
-    // Fields: id, parent, major:minor, root, mount point, … ; later lines are mounted on top.
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        const QList<QByteArray> fields = line.split(' ');
-        if (fields.size() < 5) continue;
-        const QString point = Paths::fromBytes(unescapeMountPoint(fields[4]));
-        if (Paths::isWithin(path, point) && point.size() >= best.size()) best = point;
-    }
-    return best;
-}
+QString mountPointOf(const QString& path) { return SystemFigures::mountPointOf(path); }
 
 std::optional<TrashCan> holding(const QString& trashed) {
     const QString filesDir = Paths::parentOf(trashed);
