@@ -6,6 +6,7 @@
 
 #include "core/checked.h"
 #include "core/fmt.h"
+#include "core/home.h"
 #include "measure/walker.h"
 #include "scan/catalogue.h"
 #include "scan/rows.h"
@@ -99,7 +100,10 @@ ScanResult derive(const ScanData& data, const Volume& volume) {
     for (const Catalogue::Rule& rule : Catalogue::rules())
         if (auto f = ruleFinding(rule, data, data.date)) r.findings.append(std::move(*f));
     r.findings.append(data.extras);
-    r.findings.append(trash(SystemData::trashMeasured(data), data.quarleTrash, data.fullDiskAccess));
+    Finding bin = trash(SystemData::trashMeasured(data), data.quarleTrash, data.fullDiskAccess);
+    // A Linux home's Trash is the desktop's own folder, not ~/.Trash: the row names the folder it is.
+    if (data.linuxSystem) bin.place.replace(QStringLiteral("~/.Trash"), Fmt::path(Home::trashFolder()));
+    r.findings.append(std::move(bin));
     // A row that frees nothing is not offered.
     r.findings.removeIf([](const Finding& f) { return f.bytes <= 0; });
     std::stable_sort(r.findings.begin(), r.findings.end(), [](const Finding& a, const Finding& b) {

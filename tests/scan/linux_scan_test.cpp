@@ -171,3 +171,15 @@ TEST_F(LinuxScanTest, AMacShapedHomeWithLinuxCachesStaysMacShaped) {
     EXPECT_TRUE(findingOf(s.result, "electroncaches"));  // an extra of any home with such folders
     EXPECT_FALSE(findingOf(s.result, "xdgcache"));  // only own rows in MacHome's .cache
 }
+
+TEST_F(LinuxScanTest, TheTrashRowNamesTheDesktopsTrashFolder) {
+    LinuxHome linux(Sandbox::home());
+    linux.everything();
+    Files::makeDirs(Home::trashFolder() + "/files");
+    Files::write(Home::trashFolder() + "/files/old.txt", 40'000);
+    const Scanned s = scan();
+    const Finding* bin = findingOf(s.result, "trash");
+    ASSERT_TRUE(bin);
+    EXPECT_TRUE(bin->place.startsWith("~/.local/share/Trash")) << bin->place.toStdString();
+    EXPECT_EQ(bin->bytes, Files::allocated(Home::trashFolder() + "/files/old.txt"));
+}
