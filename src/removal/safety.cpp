@@ -10,6 +10,8 @@
 #include "core/paths.h"
 #include "measure/walker.h"
 #include "platform/running_apps.h"
+#include "platform/user_dirs.h"
+#include "platform/xdg.h"
 
 namespace {
 
@@ -65,11 +67,24 @@ QSet<QString> trashRoots() {
     return {trash, trash + QStringLiteral("/files"), trash + QStringLiteral("/info")};
 }
 
-// roots(home).contains(real), resolving the Trash folder only for a path that may be one of it.
-bool isRoot(const QString& real, const QString& home) {
+// The desktop's user folders (Pictures, Documents, … under the names user-dirs.dirs gives them, such
+// as "Bilder" on a German desktop) are roots as much as the English names are. Resolved, inside the home.
+QSet<QString> userFolders(const QString& home, const QString& realHome) {
+    QSet<QString> folders;
+    const QString configured = Xdg::configHome() + QStringLiteral("/user-dirs.dirs");
+    for (const QString& folder : UserDirs::read(home, configured)) {
+        const QString real = Safety::realPath(folder).value_or(folder);
+        if (real.startsWith(realHome + QLatin1Char('/'))) folders.insert(real);
+    }
+    return folders;
+}
+
+// roots(home).contains(real) for a resolved home, resolving the Trash folder only for a path that
+// may be one of it.
+bool isRoot(const QString& real, const QString& home, const QSet<QString>& userFolders) {
     static const QSet<QString> trashNames{QStringLiteral("Trash"), QStringLiteral("files"), QStringLiteral("info")};
-    if (trashNames.contains(Paths::lastComponent(real))) return Safety::roots(home).contains(real);
-    return real == home || systemRoots.contains(real) ||
+    if (trashNames.contains(Paths::lastComponent(real))) return trashRoots().contains(real);
+    return real == home || systemRoots.contains(real) || userFolders.contains(real) ||
            (real.startsWith(home + QLatin1Char('/')) && rootNames.contains(real.mid(home.size() + 1)));
 }
 
@@ -170,6 +185,7 @@ QSet<QString> roots(const QString& home) {
     for (const QString& root : systemRoots) all.insert(root);
     for (const QString& name : rootNames) all.insert(home + QLatin1Char('/') + name);
     all.unite(trashRoots());
+    all.unite(userFolders(home, realPath(home).value_or(home)));
     return all;
 }
 
@@ -206,7 +222,8 @@ bool holdsProtected(const QString& path, const QString& home, bool look) {
     return false;
 }
 
-Checker::Checker(const QString& home) : home_(home), realHome_(realPath(home).value_or(home)) {}
+Checker::Checker(const QString& home)
+    : home_(home), realHome_(realPath(home).value_or(home)), userFolders_(userFolders(home, realHome_)) {}
 
 Verdict check(const QString& path, const QString& home, const QSet<QString>& apps) {
     return Checker(home).check(path, apps);
@@ -246,7 +263,7 @@ Verdict Checker::check(const QString& path, const QSet<QString>& apps) const {
         return refuse(Refusal::Kind::outside);
     }
 
-    if (isRoot(real, realHome) || inTrashInfo(real, realHome)) return refuse(Refusal::Kind::protected_);
+    if (isRoot(real, realHome, userFolders_) || inTrashInfo(real, realHome)) return refuse(Refusal::Kind::protected_);
 
     const QString relative = underHome ? real.mid(realHome.size() + 1) : real;
     const bool inLibrary = underHome && relative.startsWith(QLatin1String("Library/"));

@@ -36,9 +36,10 @@ public:
 private:
     QString home_;
     QString realHome_;
+    QSet<QString> userFolders_;  // resolved, inside the home
 };
 
-// The paths that may never be removed themselves.
+// The paths that may never be removed themselves, the desktop's user folders among them.
 QSet<QString> roots(const QString& home);
 // True when `relative` (to home) is the container of a system application.
 bool appleContainer(const QString& relative);

@@ -51,6 +51,20 @@ std::optional<Finding> ruleFinding(const Catalogue::Rule& rule, const ScanData& 
     return f;
 }
 
+// A Linux home's Trash is the desktop's own folder, not ~/.Trash, and no Full Disk Access guards it:
+// without access the folder itself could not be read, and the file manager is where it gets emptied.
+void speakOfTheDesktopTrash(Finding& bin) {
+    const QString folder = Fmt::path(Home::trashFolder());
+    if (bin.removal.isNone()) {
+        bin.place = folder + QStringLiteral(" · Quarle can't read all of it");
+        bin.explain = QStringLiteral(
+            "Quarle can only see what it moved there itself, because your Trash folder can't be read. Empty it in "
+            "your file manager.");
+    } else {
+        bin.place = folder;
+    }
+}
+
 }  // namespace
 
 namespace Scanner {
@@ -101,8 +115,7 @@ ScanResult derive(const ScanData& data, const Volume& volume) {
         if (auto f = ruleFinding(rule, data, data.date)) r.findings.append(std::move(*f));
     r.findings.append(data.extras);
     Finding bin = trash(SystemData::trashMeasured(data), data.quarleTrash, data.fullDiskAccess);
-    // A Linux home's Trash is the desktop's own folder, not ~/.Trash: the row names the folder it is.
-    if (data.linuxSystem) bin.place.replace(QStringLiteral("~/.Trash"), Fmt::path(Home::trashFolder()));
+    if (data.linuxSystem) speakOfTheDesktopTrash(bin);
     r.findings.append(std::move(bin));
     // A row that frees nothing is not offered.
     r.findings.removeIf([](const Finding& f) { return f.bytes <= 0; });

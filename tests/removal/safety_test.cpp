@@ -140,6 +140,23 @@ TEST_F(SafetyTest, ALinuxHomesBaseFoldersKeysAndTrashRecordsAreProtected) {
     EXPECT_EQ(refused(make("Projects/info")), std::nullopt) << "other folders named info are no records";
 }
 
+TEST_F(SafetyTest, TheDesktopsUserFoldersAreRootsUnderTheirLocalNames) {
+    make(".config");
+    Files::writeText(home + "/.config/user-dirs.dirs",
+                     "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n"
+                     "XDG_DOCUMENTS_DIR=\"$HOME/Arbeit/Dokumente\"\n"
+                     "XDG_VIDEOS_DIR=\"$HOME\"\n"  // not set up: the home is no new root
+                     "XDG_MUSIC_DIR=\"/srv/music\"\n");
+    for (const QString& r : {"Bilder", "Arbeit/Dokumente", "Templates" /* a default the file leaves as it is */})
+        EXPECT_EQ(refused(make(r)), Kind::protected_) << r.toStdString();
+    EXPECT_EQ(refused(make("Bilder/2019")), std::nullopt) << "what a user folder holds can go";
+    EXPECT_EQ(refused(make("Arbeit")), std::nullopt) << "the folder holding one is no root";
+    EXPECT_TRUE(Safety::roots(home).contains(home + "/Arbeit/Dokumente"));
+    EXPECT_FALSE(Safety::roots(home).contains("/srv/music")) << "only folders inside the home";
+    QFile::link(home + "/Bilder", home + "/Pictures-link");
+    EXPECT_EQ(refused(home + "/Pictures-link"), std::nullopt) << "a link to one is only a link";
+}
+
 TEST_F(SafetyTest, ARunningFlatpakAppsFolderIsInUse) {
     const QString maps = ".var/app/org.gnome.Maps";
     for (const QString& p : {maps + "/data", maps + "/config", maps + "/cache/tiles", maps})

@@ -180,6 +180,18 @@ TEST_F(LinuxScanTest, TheTrashRowNamesTheDesktopsTrashFolder) {
     const Scanned s = scan();
     const Finding* bin = findingOf(s.result, "trash");
     ASSERT_TRUE(bin);
-    EXPECT_TRUE(bin->place.startsWith("~/.local/share/Trash")) << bin->place.toStdString();
+    EXPECT_EQ(bin->place, "~/.local/share/Trash");
     EXPECT_EQ(bin->bytes, Files::allocated(Home::trashFolder() + "/files/old.txt"));
+    EXPECT_TRUE(bin->removal.isCommand());
+
+    // Without access there is no Full Disk Access to turn on: the row says what is wrong in Linux words.
+    ScanData denied = s.data;
+    denied.fullDiskAccess = false;
+    const ScanResult r = Scanner::derive(denied, s.result.volume);
+    const Finding* locked = findingOf(r, "trash");
+    ASSERT_TRUE(locked);
+    EXPECT_TRUE(locked->removal.isNone());
+    EXPECT_EQ(locked->place, "~/.local/share/Trash · Quarle can't read all of it");
+    EXPECT_FALSE(locked->explain.contains("Full Disk Access")) << locked->explain.toStdString();
+    EXPECT_FALSE(locked->explain.contains("Finder")) << locked->explain.toStdString();
 }
