@@ -231,6 +231,9 @@ private:
     void untick(const Finding& finding);
     void resetParts(const Finding& finding);
 
+    // model_apps.cpp
+    bool runs(const InstalledApp& app) const;
+
     // model_clear.cpp
     // The row as clearing it removes it: narrowed to its chosen parts; nothing when none is chosen.
     std::optional<Finding> asCleared(const Finding& finding) const;

@@ -1,12 +1,16 @@
 // The Apps and Login items pages: loading the lists, focus, leftover ticks, uninstalling and
 // removing what apps that are gone left behind.
 
+#include <sys/stat.h>
+
 #include <algorithm>
 
 #include "core/checked.h"
+#include "core/paths.h"
 #include "model/model.h"
 #include "model/sentences.h"
 #include "model/uninstall_plan.h"
+#include "removal/safety.h"
 
 namespace {
 
@@ -98,9 +102,20 @@ void Model::toggleLeftover(const QString& path) {
     assignLeftoverTicks(std::move(ticks));
 }
 
+// An app runs when the platform lists its identifier (a running Flatpak sandbox), or when one of the
+// user's processes runs its very file: an AppImage's runtime keeps running from the file while the
+// app is open. Only an app that is one file is looked for among the processes.
+bool Model::runs(const InstalledApp& app) const {
+    if (!app.bundleID.isEmpty() && services_.runningApps().contains(app.bundleID)) return true;
+    struct stat st;
+    if (::stat(Paths::toBytes(app.path).constData(), &st) != 0 || !S_ISREG(st.st_mode)) return false;
+    const QSet<QString> files = services_.runningFiles();
+    return files.contains(app.path) || files.contains(Safety::realPath(app.path).value_or(app.path));
+}
+
 void Model::askUninstall(const InstalledApp& app) {
     const UninstallPlan::Plan plan = UninstallPlan::plan(app, leftoverTicks_);
-    if (!demo_ && !app.bundleID.isEmpty() && services_.runningApps().contains(app.bundleID)) {
+    if (!demo_ && runs(app)) {
         assignToast(Sentences::quitFirst(app.name));
         return;
     }

@@ -3,6 +3,7 @@
 #include "apps/login_items.h"
 #include "measure/walker.h"
 #include "platform/running_apps.h"
+#include "platform/running_programs.h"
 #include "scan/access.h"
 #include "scan/scanner.h"
 
@@ -17,6 +18,12 @@ ModelServices ModelServices::real() {
     s.scanApps = [](const Cancelled& cancelled) { return AppScanner::scan(cancelled); };
     s.loginItems = [] { return LoginItems::list(); };
     s.runningApps = [] { return RunningApps::ids(); };
+    s.runningFiles = [] {
+        QSet<QString> files;
+        for (const RunningPrograms::Program& p : RunningPrograms::list())
+            if (!p.exe.isEmpty()) files.insert(p.exe);
+        return files;
+    };
     // Storage lists everything in a folder: the skip rules of the catalogue only keep a row's
     // bytes from being offered twice, and Storage offers nothing.
     s.listFolder = [](const QString& path, const Cancelled& cancelled) { return Walker::children(path, cancelled); };

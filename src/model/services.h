@@ -29,6 +29,8 @@ struct ModelServices {
     std::function<QList<LoginItem>()> loginItems;
     // Identifiers of the apps running now.
     std::function<QSet<QString>()> runningApps;
+    // The executables the user's processes run now (a running AppImage is one of them).
+    std::function<QSet<QString>()> runningFiles;
     // The sized contents of a folder the scan did not descend into.
     std::function<QList<SpaceNode>(const QString&, const Cancelled&)> listFolder;
     std::function<QDateTime()> now;

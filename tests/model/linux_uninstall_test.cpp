@@ -1,8 +1,12 @@
 // Uninstalling the apps of a Linux desktop through the model: a Flatpak of the user's installation
 // by flatpak's own command (its ticked leftovers to the Trash), one of the system's installation
-// refused, an AppImage to the Trash with the desktop entry and icon that put it in the menu.
+// refused, an AppImage to the Trash with the desktop entry and icon that put it in the menu; neither
+// while it runs.
 
 #include <gtest/gtest.h>
+
+#include <QFile>
+#include <QProcess>
 
 #include "apps/app_scanner.h"
 #include "apps/flatpak_apps.h"
@@ -102,6 +106,11 @@ TEST_F(LinuxUninstall, ASystemFlatpakIsRefusedAndAnAppImageTakesItsMenuEntryAlon
 
     const InstalledApp paint = named(model, "Paint");
     model.focusApp(paint);
+    machine.running->insert(appImage);  // its runtime serves the app's files from the AppImage
+    model.askUninstall(paint);
+    EXPECT_FALSE(model.confirm());
+    EXPECT_EQ(model.toast(), std::optional<QString>("Quit Paint first, then uninstall it."));
+    machine.running->clear();
     model.askUninstall(paint);
     ASSERT_TRUE(model.confirm());
     EXPECT_TRUE(model.confirm()->findings.isEmpty());
@@ -114,6 +123,19 @@ TEST_F(LinuxUninstall, ASystemFlatpakIsRefusedAndAnAppImageTakesItsMenuEntryAlon
     for (const QString& p : {appImage, entry, icon}) EXPECT_FALSE(Files::exists(p)) << p.toStdString();
     ASSERT_FALSE(model.history().isEmpty());
     EXPECT_EQ(model.history().first().moved.size(), 3);
+}
+
+TEST(RunningFiles, TheMachineSeesTheFileAProcessRuns) {
+    const QString exe = Sandbox::scratch("apps") + "/Clock 1.0.AppImage";
+    ASSERT_TRUE(QFile::copy("/bin/sleep", exe));
+    QFile(exe).setPermissions(QFile(exe).permissions() | QFileDevice::ExeOwner);
+    EXPECT_FALSE(ModelServices::real().runningFiles().contains(exe));
+    QProcess clock;
+    clock.start(exe, {"30"});
+    ASSERT_TRUE(clock.waitForStarted());
+    EXPECT_TRUE(ModelServices::real().runningFiles().contains(exe));
+    clock.kill();
+    clock.waitForFinished();
 }
 
 }  // namespace

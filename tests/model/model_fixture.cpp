@@ -13,6 +13,7 @@ ModelServices Machine::services() const {
     ModelServices s = ModelServices::real();
     s.now = [clock = clock] { return *clock; };
     s.runningApps = [running = running] { return *running; };
+    s.runningFiles = [running = running] { return *running; };
     s.volume = [disk = disk] { return *disk; };
     return s;
 }

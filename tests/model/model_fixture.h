@@ -21,6 +21,7 @@ inline const Volume disk{QStringLiteral("Disk"), 1'000'000'000'000, 400'000'000'
 // The test changes the figures only while no scan runs.
 struct Machine {
     std::shared_ptr<QDateTime> clock = std::make_shared<QDateTime>(QDateTime::currentDateTimeUtc());
+    // Identifiers of running apps and files of running programs, in one set.
     std::shared_ptr<QSet<QString>> running = std::make_shared<QSet<QString>>();
     std::shared_ptr<Volume> disk = std::make_shared<Volume>(ModelTest::disk);
     ModelServices services() const;
