@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <stdio.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -78,53 +79,96 @@ void removeStaleTemporaries(const QString& path) {
     }
 }
 
+
+// An exclusive lock on the file beside the history, held while the descriptor lives. Without one (a
+// folder Quarle cannot write) the change goes ahead: the write fails anyway.
+UniqueFd lockBeside(const QString& path) {
+    UniqueFd fd(::open(Paths::toBytes(path + QStringLiteral(".lock")).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (fd)
+        while (::flock(fd.get(), LOCK_EX) != 0 && errno == EINTR) {
+        }
+    return fd;
+}
+
 }  // namespace
 
-HistoryStore::HistoryStore(QString file) : url_(std::move(file)) { load(); }
+HistoryStore::HistoryStore(QString file) : url_(std::move(file)) {
+    QMutexLocker locker(&lock_);
+    removeStaleTemporaries(url_);
+    read();
+}
 
 QString HistoryStore::defaultFile() { return Home::dataFolder() + QStringLiteral("/Quarle/history.json"); }
 
-void HistoryStore::load() {
-    QMutexLocker locker(&lock_);
-    removeStaleTemporaries(url_);
+bool HistoryStore::Stamp::operator==(const Stamp& o) const {
+    const auto same = [](const timespec& a, const timespec& b) { return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec; };
+    return dev == o.dev && ino == o.ino && size == o.size && same(mtime, o.mtime) && same(ctime, o.ctime);
+}
+
+std::optional<HistoryStore::Stamp> HistoryStore::stampOf(const QString& path) {
+    struct stat st;
+    if (::stat(Paths::toBytes(path).constData(), &st) != 0) return std::nullopt;
+    return Stamp{st.st_dev, st.st_ino, st.st_size, st.st_mtim, st.st_ctim};
+}
+
+void HistoryStore::read() const {
+    const std::optional<Stamp> before = stampOf(url_);
     bool missing = false;
     const std::optional<QByteArray> bytes = readAll(url_, missing);
     if (missing) return;
     std::optional<QList<HistoryEntry>> decoded;
     if (bytes)
         if (const auto json = parseJson(*bytes)) decoded = decodeJsonList<HistoryEntry>(*json);
-    if (decoded && plausible(*decoded))
+    if (decoded && plausible(*decoded)) {
         list_ = std::move(*decoded);
-    else
+        known_ = before;
+    } else {
         moveAside(url_);
+    }
+}
+
+void HistoryStore::refresh() const {
+    const std::optional<Stamp> now = stampOf(url_);
+    // Gone since: this store's list is all there is, and its next change writes it again.
+    if (!now || now == known_) return;
+    read();
 }
 
 QList<HistoryEntry> HistoryStore::entries() const {
     QMutexLocker locker(&lock_);
+    refresh();
     return list_;
 }
 
 std::optional<HistoryEntry> HistoryStore::current(const QUuid& id) const {
     QMutexLocker locker(&lock_);
+    refresh();
     for (const HistoryEntry& e : list_)
         if (e.id == id) return e;
     return std::nullopt;
 }
 
-void HistoryStore::add(const HistoryEntry& entry) {
+void HistoryStore::change(const std::function<void(QList<HistoryEntry>&)>& edit) {
     QMutexLocker locker(&lock_);
-    list_.prepend(entry);
+    Dirs::makeDirs(Paths::parentOf(url_), 0700);
+    const UniqueFd held = lockBeside(url_);
+    refresh();
+    edit(list_);
     save();
 }
 
+void HistoryStore::add(const HistoryEntry& entry) {
+    change([&](QList<HistoryEntry>& list) { list.prepend(entry); });
+}
+
 void HistoryStore::update(const HistoryEntry& entry) {
-    QMutexLocker locker(&lock_);
-    auto it = std::find_if(list_.begin(), list_.end(), [&](const HistoryEntry& e) { return e.id == entry.id; });
-    if (it != list_.end())
-        *it = entry;
-    else
-        list_.prepend(entry);
-    save();
+    change([&](QList<HistoryEntry>& list) {
+        auto it = std::find_if(list.begin(), list.end(), [&](const HistoryEntry& e) { return e.id == entry.id; });
+        if (it != list.end())
+            *it = entry;
+        else
+            list.prepend(entry);
+    });
 }
 
 int HistoryStore::saves() const {
@@ -133,6 +177,7 @@ int HistoryStore::saves() const {
 }
 
 void HistoryStore::save() {
-    Dirs::makeDirs(Paths::parentOf(url_), 0700);
-    if (AtomicFile::write(url_, text_.of(list_))) ++saves_;
+    if (!AtomicFile::write(url_, text_.of(list_))) return;
+    ++saves_;
+    known_ = stampOf(url_);
 }

@@ -2,12 +2,18 @@
 // The list of every removal Quarle made, newest first, kept in one JSON file so that History can
 // put items back after a restart and Quarle can later empty its own items from the Trash. One
 // mutex guards the list and every write of the file.
+//
+// Other Quarle processes (the command line beside the window) write the same file: a store takes
+// in the file again whenever another process replaced it, and every change is read, made and
+// written under an exclusive lock on "history.json.lock", so that no process's entry is lost.
 
 #include <QList>
 #include <QMutex>
 #include <QString>
 #include <QUuid>
+#include <functional>
 #include <optional>
+#include <sys/stat.h>
 
 #include "core/history_entry.h"
 #include "removal/history_text.h"
@@ -32,12 +38,27 @@ public:
     int saves() const;
 
 private:
-    void load();
+    // What tells one version of the file from another.
+    struct Stamp {
+        dev_t dev = 0;
+        ino_t ino = 0;
+        off_t size = 0;
+        timespec mtime{}, ctime{};
+        bool operator==(const Stamp& o) const;
+    };
+    static std::optional<Stamp> stampOf(const QString& path);
+
+    // With lock_ held: takes in the file when another process replaced it since this store last
+    // read or wrote it. A file that cannot be read is moved aside and the list kept.
+    void refresh() const;
+    void read() const;
+    void change(const std::function<void(QList<HistoryEntry>&)>& edit);
     void save();  // with lock_ held
 
     const QString url_;
     mutable QMutex lock_;
-    QList<HistoryEntry> list_;
+    mutable QList<HistoryEntry> list_;
+    mutable std::optional<Stamp> known_;  // the version list_ holds; nothing before the file exists
     HistoryText text_;
     int saves_ = 0;
 };

@@ -47,7 +47,9 @@ TEST(HistoryStore, StartsEmptyCreatesItsPrivateFoldersAtHomeAndKeepsNewestFirst)
         EXPECT_EQ(mode(Sandbox::home() + "/" + folder), 0700) << folder.toStdString();
     EXPECT_EQ(mode(store.url()), 0600);
     EXPECT_TRUE(namesIn(cwd).isEmpty()) << "never relative to the current folder";
-    EXPECT_EQ(namesIn(Paths::parentOf(store.url())), QStringList{"history.json"}) << "no temporary file left";
+    EXPECT_EQ(namesIn(Paths::parentOf(store.url())), (QStringList{"history.json", "history.json.lock"}))
+        << "no temporary file left";
+    EXPECT_EQ(mode(store.url() + ".lock"), 0600);
 
     HistoryEntry changed = a;
     changed.state = HistoryEntry::State::emptied;
@@ -154,6 +156,50 @@ TEST(HistoryStore, TheFileIsExactlyWhatTheSharedWriterPrintsAfterAnyChange) {
         }
         ASSERT_EQ(Fixture::contents(file), encodeJsonList(store.entries()).toText()) << "step " << step;
     }
+}
+
+// The window and the command line each keep a store of the same file: neither may lose what the
+// other wrote, even when both write at once.
+TEST(HistoryStore, StoresOfOneFileInTwoPlacesTakeInEachOthersChanges) {
+    const QString file = Sandbox::scratch("shared") + "/history.json";
+    HistoryStore window(file), line(file);
+    HistoryEntry a = entry("a"), b = entry("b");
+    window.add(a);
+    line.add(b);  // written by a store that never saw `a`
+    EXPECT_EQ(HistoryStore(file).entries(), (QList<HistoryEntry>{b, a}));
+    EXPECT_EQ(window.entries(), (QList<HistoryEntry>{b, a})) << "a reader sees the other store's entry";
+
+    a.state = HistoryEntry::State::emptied;
+    window.update(a);
+    EXPECT_EQ(line.current(a.id), a);
+    EXPECT_EQ(HistoryStore(file).entries(), (QList<HistoryEntry>{b, a}));
+
+    // A file some other program damaged is kept aside; the store goes on with what it knew.
+    Files::writeText(file, "{ not a history");
+    EXPECT_EQ(window.entries(), (QList<HistoryEntry>{b, a}));
+    EXPECT_EQ(namesIn(Paths::parentOf(file)).filter("unreadable").size(), 1);
+    const HistoryEntry c = entry("c");
+    line.add(c);
+    EXPECT_EQ(HistoryStore(file).entries(), (QList<HistoryEntry>{c, b, a}));
+
+    // Many changes at once from stores that each start with a different picture of the file.
+    std::vector<std::thread> writers;
+    for (int t = 0; t < 4; ++t)
+        writers.emplace_back([&file] {
+            HistoryStore own(file);
+            for (int i = 0; i < 25; ++i) {
+                HistoryEntry e = entry("w");
+                own.add(e);
+                e.state = HistoryEntry::State::restored;
+                own.update(e);
+            }
+        });
+    for (std::thread& t : writers) t.join();
+    const QList<HistoryEntry> after = HistoryStore(file).entries();
+    ASSERT_EQ(after.size(), 103);
+    EXPECT_EQ(std::count_if(after.begin(), after.end(),
+                            [](const HistoryEntry& e) { return e.state == HistoryEntry::State::restored; }),
+              100);
 }
 
 }  // namespace

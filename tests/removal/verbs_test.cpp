@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QRegularExpression>
+#include <thread>
+
+#include "removal/history_store.h"
 
 #include "core/paths.h"
 #include "support/files.h"
@@ -54,6 +57,31 @@ TEST(RemovalVerbs, TrashHistoryRestoreEmptyAndExpire) {
     const Ran again = runQuarle({"empty", id, "--yes"});
     EXPECT_EQ(again.status, 1);
     EXPECT_EQ(again.err, "quarle: Nothing to empty: \"App caches\" was emptied from the Trash.\n");
+}
+
+TEST(RemovalVerbs, QuarlesTrashingAtOnceKeepEveryEntry) {
+    Sandbox::clearHome();
+    const QString home = Sandbox::home();
+    constexpr int runs = 4, items = 300;  // more than a checkpoint's hundred: each run saves several times
+    std::vector<QList<QByteArray>> args(runs);
+    for (int r = 0; r < runs; ++r) {
+        args[r] = {"trash", "--title", "run " + QByteArray::number(r)};
+        Files::makeDirs(home + QString("/Downloads/run%1").arg(r));
+        for (int i = 0; i < items; ++i) {
+            const QString path = home + QString("/Downloads/run%1/f%2").arg(r).arg(i);
+            Files::writeText(path, "x");
+            args[r].append(b(path));
+        }
+    }
+    std::vector<Ran> ran(runs);
+    std::vector<std::thread> quarles;
+    for (int r = 0; r < runs; ++r) quarles.emplace_back([&, r] { ran[r] = runQuarle(args[r]); });
+    for (std::thread& t : quarles) t.join();
+    for (const Ran& one : ran) EXPECT_EQ(one.status, 0) << one.err.constData();
+
+    const QList<HistoryEntry> entries = HistoryStore().entries();
+    ASSERT_EQ(entries.size(), runs);
+    for (const HistoryEntry& e : entries) EXPECT_EQ(e.moved.size(), items) << e.title.toStdString();
 }
 
 }  // namespace
