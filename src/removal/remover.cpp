@@ -5,10 +5,12 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 
 #include "core/checked.h"
+#include "core/home.h"
 #include "core/paths.h"
 #include "removal/trash.h"
 
@@ -26,6 +28,15 @@ qint64 sumOf(const QList<HistoryEntry::Moved>& items) {
 bool sameObject(const HistoryEntry::Moved& m, const Identity& now) {
     if (now.dev != *m.dev || now.ino != *m.ino) return false;
     return !m.born || !now.born || std::abs(*m.born - *now.born) < bornTolerance;
+}
+
+// True when the Trash folder that holds a trashed item is there to look in: an item in the Trash of
+// a drive that is unmounted now is still in that Trash. The home Trash is always there: a missing
+// one was removed, with everything in it.
+bool trashThere(const QString& trashed) {
+    if (Paths::isWithin(trashed, Home::trashFolder())) return true;
+    struct stat st;
+    return ::stat(Paths::toBytes(Paths::parentOf(trashed)).constData(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
 }  // namespace
@@ -49,7 +60,7 @@ bool isOurs(const HistoryEntry::Moved& m) {
 bool goneFromTrash(const HistoryEntry::Moved& m) {
     struct stat st;
     if (::lstat(Paths::toBytes(m.trashed).constData(), &st) != 0)
-        return errno == ENOENT || errno == ENOTDIR;  // an unreadable Trash proves nothing
+        return (errno == ENOENT || errno == ENOTDIR) && trashThere(m.trashed);  // an unreadable Trash proves nothing
     const std::optional<Identity> now = identity(m.trashed);
     if (!now || !m.dev || !m.ino) return false;
     return !sameObject(m, *now);
@@ -63,6 +74,11 @@ Restored restore(const HistoryEntry& given, const std::optional<QSet<QString>>& 
     QList<HistoryEntry::Moved> kept;
     for (const HistoryEntry::Moved& m : std::as_const(entry.moved)) {
         if (only && !only->contains(m.original)) {
+            kept.append(m);
+            continue;
+        }
+        if (!exists(m.trashed) && !trashThere(m.trashed)) {  // on a drive that is away: later
+            result.notBack.append(m.original);
             kept.append(m);
             continue;
         }
@@ -92,15 +108,28 @@ Restored restore(const HistoryEntry& given, const std::optional<QSet<QString>>& 
     return result;
 }
 
-void empty(const HistoryEntry& given, HistoryStore& store) {
+qint64 empty(const HistoryEntry& given, HistoryStore& store) {
     HistoryEntry entry = store.current(given.id).value_or(given);
-    if (entry.state != HistoryEntry::State::inTrash) return;
+    if (entry.state != HistoryEntry::State::inTrash) return 0;
     // Erasing acts only inside a Trash Quarle recognises, whatever the history file says.
     Trash::Batch batch;
-    for (const HistoryEntry::Moved& m : std::as_const(entry.moved))
-        if (exists(m.trashed) && isOurs(m)) batch.erase(m.trashed);
-    entry.state = HistoryEntry::State::emptied;
+    QList<HistoryEntry::Moved> away;
+    for (const HistoryEntry::Moved& m : std::as_const(entry.moved)) {
+        if (exists(m.trashed)) {
+            if (isOurs(m)) batch.erase(m.trashed);
+        } else if (!trashThere(m.trashed)) {
+            away.append(m);
+        }
+    }
+    const qint64 emptied = entry.bytes - sumOf(away);
+    if (away.isEmpty()) {
+        entry.state = HistoryEntry::State::emptied;
+    } else {
+        entry.moved = away;
+        entry.bytes = sumOf(away);
+    }
     store.update(entry);
+    return std::max<qint64>(emptied, 0);
 }
 
 qint64 expire(HistoryStore& store, int days, const QDateTime& now) {
@@ -109,8 +138,7 @@ qint64 expire(HistoryStore& store, int days, const QDateTime& now) {
     qint64 total = 0;
     for (const HistoryEntry& e : store.entries()) {
         if (e.state != HistoryEntry::State::inTrash || e.date.secsTo(now) <= keepSeconds) continue;
-        empty(e, store);
-        total = Checked::add(total, e.bytes);
+        total = Checked::add(total, empty(e, store));
     }
     return total;
 }

@@ -56,11 +56,12 @@ bool command(const QStringList& args, const QString& title, qint64 bytes, Histor
 // Puts the entry's items (or only those whose original path is in `only`) back where they were.
 Restored restore(const HistoryEntry& entry, const std::optional<QSet<QString>>& only, HistoryStore& store);
 
-// Deletes the entry's items from the Trash now.
-void empty(const HistoryEntry& entry, HistoryStore& store);
+// Deletes the entry's items from the Trash now and returns their bytes. Items in the Trash of a
+// drive that is not there now (unmounted) stay in the entry, to be emptied once it is back.
+qint64 empty(const HistoryEntry& entry, HistoryStore& store);
 
 // Empties the entries that have been in the Trash more than `days` days before `now`; returns
-// their bytes. Below 1 day nothing expires.
+// the bytes emptied. Below 1 day nothing expires.
 qint64 expire(HistoryStore& store, int days, const QDateTime& now);
 
 // Takes into History the items Quarle moved just before an interruption, then marks what left the
@@ -74,7 +75,8 @@ int recoverInterrupted(HistoryStore& store);
 
 // True when the trashed item is still the object that was moved.
 bool isOurs(const HistoryEntry::Moved& moved);
-// True when the trashed item is no longer in the Trash (or another object took its name).
+// True when the trashed item is no longer in the Trash (or another object took its name). An item
+// whose Trash folder is not there (its drive is unmounted) is not known to be gone.
 bool goneFromTrash(const HistoryEntry::Moved& moved);
 std::optional<Identity> identity(const QString& path);
 bool exists(const QString& path);

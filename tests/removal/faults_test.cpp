@@ -124,6 +124,37 @@ TEST_F(FaultTest, FullFileSystemsLoseNothing) {
     Fixture::expectEachOnce(atHome, {trash}, later.entries());
 }
 
+// A drive inside the home that is unmounted for a while: its items are still in its Trash, so
+// History neither forgets them nor calls them emptied, and empties them once the drive is back.
+TEST_F(FaultTest, ItemsOnADriveThatIsAwayWaitForIt) {
+    const QString drive = Sandbox::scratch("drive");
+    const TestMount tmpfs = TestMount::tmpfs(drive, 1);
+    if (!tmpfs.ok()) GTEST_SKIP() << "no second file system: " << tmpfs.why().toStdString();
+    const QString mnt = home + "/mnt";
+    Files::makeDirs(mnt);
+    auto plugged = std::make_unique<TestMount>(TestMount::bind(drive, mnt));
+    ASSERT_TRUE(plugged->ok()) << plugged->why().toStdString();
+    const QStringList onDrive = files(mnt + "/items", 3);
+    HistoryStore store;
+    const HistoryEntry entry = Remover::trash(onDrive, "On the drive", false, store).entry;
+    ASSERT_EQ(entry.moved.size(), 3);
+    ASSERT_TRUE(entry.moved[0].trashed.startsWith(mnt + "/.Trash-"));
+
+    plugged.reset();  // unplugged
+    ASSERT_FALSE(Files::exists(entry.moved[0].trashed));
+    EXPECT_EQ(Remover::syncWithTrash(store), 0);
+    EXPECT_EQ(Remover::restore(entry, std::nullopt, store).count, 0);
+    EXPECT_EQ(Remover::expire(store, 1, entry.date.addDays(3)), 0);
+    EXPECT_EQ(*store.current(entry.id), entry) << "still in the drive's Trash, all three";
+
+    plugged = std::make_unique<TestMount>(TestMount::bind(drive, mnt));
+    ASSERT_TRUE(plugged->ok());
+    EXPECT_EQ(Remover::syncWithTrash(store), 0);
+    EXPECT_EQ(Remover::expire(store, 1, entry.date.addDays(3)), entry.bytes);
+    EXPECT_EQ(store.current(entry.id)->state, HistoryEntry::State::emptied);
+    EXPECT_TRUE(Fixture::namesIn(mnt + "/.Trash-" + QString::number(::geteuid()) + "/files").isEmpty());
+}
+
 TEST_F(FaultTest, AFolderTheUserMayNotChangeKeepsItsItems) {
     if (!AsUser::canDrop()) GTEST_SKIP() << "needs root to become an unprivileged user";
     const QString own = home + "/nobody";
