@@ -23,42 +23,7 @@ void LinuxScanTest::flatpakRunning(const QByteArray& running) {
     ::chmod(Files::bytes(bin + "/flatpak").constData(), 0755);
 }
 
-QList<EarlyRow> LinuxScanTest::Scanned::lastEarly() const {
-    qint64 newest = 0;
-    QList<EarlyRow> rows;
-    for (const auto& [seq, list] : early)
-        if (seq > newest) {
-            newest = seq;
-            rows = list;
-        }
-    return rows;
-}
-
-LinuxScanTest::Scanned LinuxScanTest::scan() {
-    Scanned s;
-    QMutex lock;
-    WalkProgress progress;
-    s.data = Scanner::scan(progress, {}, [&](qint64 seq, const QList<EarlyRow>& rows) {
-        QMutexLocker guard(&lock);
-        s.early.append({seq, rows});
-    });
-    s.result = Scanner::derive(s.data, {"Disk", 2 * diskUsed, diskUsed, diskUsed});
-    return s;
-}
-
-const Finding* findingOf(const ScanResult& r, const QString& id) {
-    for (const Finding& f : r.findings)
-        if (f.id == id) return &f;
-    return nullptr;
-}
-
-QStringList partNames(const Finding* f) {
-    QStringList names;
-    if (f)
-        for (const Part& p : f->parts) names.append(p.name);
-    names.sort();
-    return names;
-}
+Scanned LinuxScanTest::scan() { return scanSandbox({"Disk", 2 * diskUsed, diskUsed, diskUsed}); }
 
 QStringList allParts(const ScanResult& r) {
     QStringList all;

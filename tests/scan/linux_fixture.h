@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QMutex>
 
+#include "scan/scan_fixture.h"
 #include "scan/scanner.h"
 #include "support/files.h"
 #include "support/linux_home.h"
@@ -21,20 +21,10 @@ struct LinuxScanTest : ::testing::Test {
     // A flatpak on PATH whose `ps` lists `running`.
     void flatpakRunning(const QByteArray& running);
 
-    struct Scanned {
-        ScanData data;
-        ScanResult result;
-        QList<std::pair<qint64, QList<EarlyRow>>> early;
-        // The rows of the report with the highest sequence number.
-        QList<EarlyRow> lastEarly() const;
-    };
     static constexpr qint64 diskUsed = 500'000'000'000;
     static Scanned scan();
 };
 
-const Finding* findingOf(const ScanResult& r, const QString& id);
-// The names of a finding's parts, sorted; empty for none.
-QStringList partNames(const Finding* f);
 // Every part path of every finding.
 QStringList allParts(const ScanResult& r);
 qint64 systemRow(const ScanResult& r, const QString& name);

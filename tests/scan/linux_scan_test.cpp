@@ -9,8 +9,6 @@
 
 namespace {
 
-using Scanned = LinuxScanTest::Scanned;
-
 void noPartTwice(const ScanResult& r) {
     const QStringList all = allParts(r);
     for (qsizetype i = 0; i < all.size(); ++i)

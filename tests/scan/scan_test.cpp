@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <QMutex>
 #include <cstdio>
 
 #include "core/home.h"
 #include "core/paths.h"
 #include "scan/catalogue.h"
 #include "scan/extras.h"
+#include "scan/scan_fixture.h"
 #include "scan/scanner.h"
 #include "support/files.h"
 #include "support/mac_home.h"
@@ -14,39 +14,9 @@
 
 namespace {
 
-struct Scanned {
-    ScanData data;
-    ScanResult result;
-    QList<std::pair<qint64, QList<EarlyRow>>> early;
-};
-
 const Volume volume{"Disk", 1'000'000'000'000, 500'000'000'000, 500'000'000'000};
 
-Scanned scanHome() {
-    Scanned s;
-    QMutex lock;
-    WalkProgress progress;
-    s.data = Scanner::scan(progress, {}, [&](qint64 seq, const QList<EarlyRow>& rows) {
-        QMutexLocker guard(&lock);
-        s.early.append({seq, rows});
-    });
-    s.result = Scanner::derive(s.data, volume);
-    return s;
-}
-
-const Finding* findingOf(const ScanResult& r, const QString& id) {
-    for (const Finding& f : r.findings)
-        if (f.id == id) return &f;
-    return nullptr;
-}
-
-QStringList partNames(const Finding* f) {
-    QStringList names;
-    if (f)
-        for (const Part& p : f->parts) names.append(p.name);
-    names.sort();
-    return names;
-}
+Scanned scanHome() { return scanSandbox(volume); }
 
 void moveTo(const QString& from, const QString& to) {
     Files::makeDirs(Paths::parentOf(to));
