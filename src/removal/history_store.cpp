@@ -79,7 +79,6 @@ void removeStaleTemporaries(const QString& path) {
     }
 }
 
-
 // An exclusive lock on the file beside the history, held while the descriptor lives. Without one (a
 // folder Quarle cannot write) the change goes ahead: the write fails anyway.
 UniqueFd lockBeside(const QString& path) {

@@ -7,13 +7,14 @@
 // in the file again whenever another process replaced it, and every change is read, made and
 // written under an exclusive lock on "history.json.lock", so that no process's entry is lost.
 
+#include <sys/stat.h>
+
 #include <QList>
 #include <QMutex>
 #include <QString>
 #include <QUuid>
 #include <functional>
 #include <optional>
-#include <sys/stat.h>
 
 #include "core/history_entry.h"
 #include "removal/history_text.h"

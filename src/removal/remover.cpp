@@ -77,12 +77,12 @@ Restored restore(const HistoryEntry& given, const std::optional<QSet<QString>>& 
             kept.append(m);
             continue;
         }
-        if (!exists(m.trashed) && !trashThere(m.trashed)) {  // on a drive that is away: later
+        if (!exists(m.trashed)) {  // its copy left the Trash, or waits on a drive that is away
             result.notBack.append(m.original);
-            kept.append(m);
+            if (!trashThere(m.trashed)) kept.append(m);
             continue;
         }
-        if (!exists(m.trashed) || !isOurs(m)) {  // its copy in the Trash is gone
+        if (!isOurs(m)) {  // another object took its name in the Trash
             result.notBack.append(m.original);
             continue;
         }

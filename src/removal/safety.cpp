@@ -83,7 +83,7 @@ QSet<QString> userFolders(const QString& home, const QString& realHome) {
 // may be one of it.
 bool isRoot(const QString& real, const QString& home, const QSet<QString>& userFolders) {
     static const QSet<QString> trashNames{QStringLiteral("Trash"), QStringLiteral("files"), QStringLiteral("info")};
-    if (trashNames.contains(Paths::lastComponent(real))) return trashRoots().contains(real);
+    if (trashNames.contains(Paths::lastComponent(real)) && trashRoots().contains(real)) return true;
     return real == home || systemRoots.contains(real) || userFolders.contains(real) ||
            (real.startsWith(home + QLatin1Char('/')) && rootNames.contains(real.mid(home.size() + 1)));
 }

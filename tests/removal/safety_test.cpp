@@ -146,8 +146,9 @@ TEST_F(SafetyTest, TheDesktopsUserFoldersAreRootsUnderTheirLocalNames) {
                      "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n"
                      "XDG_DOCUMENTS_DIR=\"$HOME/Arbeit/Dokumente\"\n"
                      "XDG_VIDEOS_DIR=\"$HOME\"\n"  // not set up: the home is no new root
-                     "XDG_MUSIC_DIR=\"/srv/music\"\n");
-    for (const QString& r : {"Bilder", "Arbeit/Dokumente", "Templates" /* a default the file leaves as it is */})
+                     "XDG_MUSIC_DIR=\"/srv/music\"\n"
+                     "XDG_PUBLICSHARE_DIR=\"$HOME/files\"\n");  // named like a half of the Trash
+    for (const QString& r : {"Bilder", "Arbeit/Dokumente", "files", "Templates" /* a default the file leaves */})
         EXPECT_EQ(refused(make(r)), Kind::protected_) << r.toStdString();
     EXPECT_EQ(refused(make("Bilder/2019")), std::nullopt) << "what a user folder holds can go";
     EXPECT_EQ(refused(make("Arbeit")), std::nullopt) << "the folder holding one is no root";
