@@ -6,7 +6,7 @@
 #include "core/home.h"
 #include "core/paths.h"
 #include "platform/small_file.h"
-#include "platform/xdg_homes.h"
+#include "platform/xdg.h"
 
 namespace {
 
@@ -65,7 +65,7 @@ QString idFromEntry(const QString& desktopID) {
 }
 
 QList<DesktopEntry> userEntries() {
-    const QString folder = XdgHomes::data() + QStringLiteral("/applications");
+    const QString folder = Xdg::dataHome() + QStringLiteral("/applications");
     QList<DesktopEntry> out;
     for (const Walker::Entry& e : sortedEntries(folder))
         if (!e.isDir && e.name.endsWith(QLatin1String(".desktop")))

@@ -5,7 +5,7 @@
 #include "apps/sorted_entries.h"
 #include "core/home.h"
 #include "core/paths.h"
-#include "platform/xdg_homes.h"
+#include "platform/xdg.h"
 
 namespace {
 
@@ -42,7 +42,7 @@ QStringList integrationFiles(const QString& appImage) {
         out.append(e.path);
         if (!e.icon.isEmpty() && !icons.contains(e.icon)) icons.append(e.icon);
     }
-    const QString iconFolder = XdgHomes::data() + QStringLiteral("/icons");
+    const QString iconFolder = Xdg::dataHome() + QStringLiteral("/icons");
     for (const QString& icon : icons) {
         const bool shared = std::any_of(entries.cbegin(), entries.cend(), [&](const DesktopEntry& e) {
             return e.icon == icon && !own.contains(e);

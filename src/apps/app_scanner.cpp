@@ -11,7 +11,7 @@
 #include "apps/sorted_entries.h"
 #include "core/home.h"
 #include "measure/walker.h"
-#include "platform/xdg_homes.h"
+#include "platform/xdg.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ QList<std::pair<QString, QString>> placeFolders() {
     QList<std::pair<QString, QString>> out;
     for (const QString& place : Leftovers::places) out.append({place, Home::at(QStringLiteral("Library/") + place)});
     out.append({Leftovers::flatpakPlace, Home::at(Leftovers::flatpakPlace)});
-    const QString desktopFolders[] = {XdgHomes::config(), XdgHomes::data(), XdgHomes::cache()};
+    const QString desktopFolders[] = {Xdg::configHome(), Xdg::dataHome(), Xdg::cacheHome()};
     for (qsizetype i = 0; i < Leftovers::desktopPlaces.size(); ++i)
         out.append({Leftovers::desktopPlaces[i], desktopFolders[i]});
     return out;

@@ -3,7 +3,7 @@
 #include <QMap>
 
 #include "apps/sorted_entries.h"
-#include "platform/xdg_homes.h"
+#include "platform/xdg.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ QString Found::tryExec() const { return entry.tryExec.isEmpty() && replaced ? re
 
 QString Found::flatpak() const { return entry.flatpak.isEmpty() && replaced ? replaced->flatpak : entry.flatpak; }
 
-QString userFolder() { return XdgHomes::config() + QStringLiteral("/autostart"); }
+QString userFolder() { return Xdg::configHome() + QStringLiteral("/autostart"); }
 
 QList<Found> list(const SystemFolders& folders) {
     const QMap<QString, QString> mine = entryFiles(userFolder());

@@ -11,7 +11,7 @@
 #include "platform/known_apps.h"
 #include "platform/key_file.h"
 #include "platform/small_file.h"
-#include "platform/xdg_homes.h"
+#include "platform/xdg.h"
 
 namespace {
 
@@ -53,7 +53,7 @@ bool untranslated(const QXmlStreamReader& xml) {
 
 namespace FlatpakApps {
 
-QString userInstallation() { return XdgHomes::data() + QStringLiteral("/flatpak"); }
+QString userInstallation() { return Xdg::dataHome() + QStringLiteral("/flatpak"); }
 
 QStringList deployed(const QString& installation) {
     QStringList ids;

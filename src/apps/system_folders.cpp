@@ -1,8 +1,6 @@
 #include "apps/system_folders.h"
 
-#include <QDir>
-
-#include "core/paths.h"
+#include "platform/system_figures.h"
 
 SystemFolders SystemFolders::under(const QString& root) {
     return {root + QStringLiteral("/Applications"),     root + QStringLiteral("/Library/LaunchAgents"),
@@ -12,9 +10,4 @@ SystemFolders SystemFolders::under(const QString& root) {
             root + QStringLiteral("/bin/systemctl")};
 }
 
-SystemFolders SystemFolders::current() {
-    const QByteArray root = qgetenv("QUARLE_SYSTEM_ROOT");
-    if (root.isEmpty()) return under(QString());
-    const QString path = Paths::standardize(QDir::current().absoluteFilePath(Paths::fromBytes(root)), QString());
-    return under(path == QStringLiteral("/") ? QString() : path);
-}
+SystemFolders SystemFolders::current() { return under(SystemFigures::systemRoot()); }

@@ -9,7 +9,7 @@
 #include "core/paths.h"
 #include "platform/command_line.h"
 #include "platform/shell.h"
-#include "platform/xdg_homes.h"
+#include "platform/xdg.h"
 
 namespace {
 
@@ -62,9 +62,9 @@ std::optional<QString> fillSpecifiers(const QString& text, const QString& home) 
 namespace UserUnits {
 
 QList<Folder> folders(const SystemFolders& system) {
-    return {{XdgHomes::config() + QStringLiteral("/systemd/user"), false},
+    return {{Xdg::configHome() + QStringLiteral("/systemd/user"), false},
             {system.userUnitsAdmin, true},
-            {XdgHomes::data() + QStringLiteral("/systemd/user"), false},
+            {Xdg::dataHome() + QStringLiteral("/systemd/user"), false},
             {system.userUnitsVendor, true}};
 }
 

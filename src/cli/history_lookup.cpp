@@ -61,11 +61,15 @@ QString stateText(const HistoryEntry& entry, int days) {
 }
 
 QString absolute(const QString& given) {
-    if (given.startsWith(QLatin1Char('/'))) return Paths::standardize(given, QString());
-    char* cwd = ::getcwd(nullptr, 0);  // as bytes: the current folder's name may not be UTF-8
-    const QString here = cwd ? Paths::fromBytes(QByteArray(cwd)) : QStringLiteral("/");
-    ::free(cwd);
-    return Paths::standardize(here + QLatin1Char('/') + given, QString());
+    QString path = given;
+    if (!given.startsWith(QLatin1Char('/'))) {
+        char* cwd = ::getcwd(nullptr, 0);  // as bytes: the current folder's name may not be UTF-8
+        const QString here = cwd ? Paths::fromBytes(QByteArray(cwd)) : QStringLiteral("/");
+        ::free(cwd);
+        path = here + QLatin1Char('/') + given;
+    }
+    // ".." as the kernel reads it; a path whose ".." leads nowhere stays as given, to be refused.
+    return Paths::resolveDotDot(path).value_or(path);
 }
 
 }  // namespace HistoryLookup

@@ -21,6 +21,12 @@ int main(int argc, char** argv) {
         return 0;
     }
     const QString verb = args.takeFirst();
+    // An empty argument is most often a variable that was never set ("$UNSET"): taken as a path it
+    // would mean the current folder, so no verb accepts one.
+    if (args.contains(QString())) {
+        Out::error(QStringLiteral("an empty argument names nothing (is a variable unset?); nothing was done."));
+        return 2;
+    }
     for (const Verb& v : verbs())
         if (verb == QLatin1String(v.name)) return v.run(args);
     Out::error(QStringLiteral("there is no verb \"%1\". Try \"quarle help\".").arg(verb));

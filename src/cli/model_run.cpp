@@ -62,7 +62,7 @@ void loadLoginItems(Model& model) {
 
 bool agree(const QString& question, bool yes) {
     if (yes) return true;
-    Out::raw(Paths::toBytes(question + QStringLiteral(" [y/N] ")));
+    Out::raw(Paths::toBytes(Out::escape(question) + QStringLiteral(" [y/N] ")));
     std::fflush(stdout);
     std::string answer;
     const bool answered = static_cast<bool>(std::getline(std::cin, answer));

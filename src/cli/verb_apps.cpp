@@ -3,6 +3,7 @@
 #include "apps/linux_login_items.h"
 #include "apps/login_items.h"
 #include "cli/model_run.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/checked.h"
@@ -11,19 +12,6 @@
 #include "core/record_json.h"
 
 namespace {
-
-// The only option of these verbs: true for --json, nothing (after saying why) for anything else.
-std::optional<bool> wantsJson(const QString& verb, const QStringList& args) {
-    bool json = false;
-    for (const QString& a : args) {
-        if (a != QLatin1String("--json")) {
-            Out::error(QStringLiteral("%1 takes no argument \"%2\": quarle %1 [--json]").arg(verb, a));
-            return std::nullopt;
-        }
-        json = true;
-    }
-    return json;
-}
 
 void printLeftovers(const QList<Leftover>& leftovers) {
     for (const Leftover& l : leftovers)
@@ -63,7 +51,7 @@ void printLoginItem(const LoginItem& item) {
 }  // namespace
 
 int runApps(const QStringList& args) {
-    const auto json = wantsJson(QStringLiteral("apps"), args);
+    const auto json = Options::json(QStringLiteral("apps"), args);
     if (!json) return 2;
     Model model;
     ModelRun::loadApps(model);
@@ -87,12 +75,8 @@ int runApps(const QStringList& args) {
 }
 
 int runOrphans(const QStringList& args) {
-    if (args.contains(QStringLiteral("--remove"))) {
-        QStringList rest = args;
-        rest.removeAll(QStringLiteral("--remove"));
-        return runOrphanRemoval(rest);
-    }
-    const auto json = wantsJson(QStringLiteral("orphans"), args);
+    if (args.contains(QStringLiteral("--remove"))) return runOrphanRemoval(args);
+    const auto json = Options::json(QStringLiteral("orphans"), args);
     if (!json) return 2;
     Model model;
     ModelRun::loadApps(model);
@@ -117,7 +101,7 @@ int runOrphans(const QStringList& args) {
 }
 
 int runLoginItems(const QStringList& args) {
-    const auto json = wantsJson(QStringLiteral("login-items"), args);
+    const auto json = Options::json(QStringLiteral("login-items"), args);
     if (!json) return 2;
     Model model;
     ModelRun::loadLoginItems(model);

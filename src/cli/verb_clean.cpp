@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "cli/model_run.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/checked.h"
@@ -27,24 +28,19 @@ struct CleanOptions {
 const QString usage = QStringLiteral("quarle clean [--developer] [--dry-run] [--json] [--yes] [--free-now] [ID…]");
 
 std::optional<CleanOptions> parse(const QStringList& args) {
+    const auto p = Options::parse(QStringLiteral("clean"), args,
+                                  {{QStringLiteral("--developer"), QStringLiteral("--dry-run"), QStringLiteral("--json"),
+                                    QStringLiteral("--yes"), QStringLiteral("--free-now")},
+                                   {}},
+                                  usage.mid(QStringLiteral("quarle ").size()));
+    if (!p) return std::nullopt;
     CleanOptions o;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QString& a = args[i];
-        if (a == QLatin1String("--developer")) o.developer = true;
-        else if (a == QLatin1String("--dry-run")) o.dryRun = true;
-        else if (a == QLatin1String("--json")) o.json = true;
-        else if (a == QLatin1String("--yes")) o.yes = true;
-        else if (a == QLatin1String("--free-now")) o.freeNow = true;
-        else if (a == QLatin1String("--")) {
-            o.ids.append(args.mid(i + 1));
-            break;
-        } else if (a.startsWith(QLatin1String("--"))) {
-            Out::error(QStringLiteral("clean has no option \"%1\": %2").arg(a, usage));
-            return std::nullopt;
-        } else {
-            o.ids.append(a);
-        }
-    }
+    o.developer = p->has("--developer");
+    o.dryRun = p->has("--dry-run");
+    o.json = p->has("--json");
+    o.yes = p->has("--yes");
+    o.freeNow = p->has("--free-now");
+    o.ids = p->operands;
     if (o.json && !o.yes && !o.dryRun) {
         Out::error(QStringLiteral("--json cannot answer a question: add --yes to clear, or --dry-run to only look."));
         return std::nullopt;

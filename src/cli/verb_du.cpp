@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "cli/history_lookup.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
@@ -27,32 +29,23 @@ struct DuOptions {
 };
 
 std::optional<DuOptions> parse(const QStringList& args) {
+    const QString usage = QStringLiteral("du [--tree DEPTH] [--json] PATH…");
+    const auto p = Options::parse(QStringLiteral("du"), args, {{QStringLiteral("--json")}, {QStringLiteral("--tree")}}, usage);
+    if (!p) return std::nullopt;
     DuOptions o;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QString& a = args[i];
-        if (a == QLatin1String("--json")) {
-            o.json = true;
-        } else if (a == QLatin1String("--tree")) {
-            bool ok = false;
-            const int depth = i + 1 < args.size() ? args[i + 1].toInt(&ok) : -1;
-            if (!ok || depth < 0) {
-                Out::error(QStringLiteral("--tree needs a depth: a whole number, 0 or more."));
-                return std::nullopt;
-            }
-            o.treeDepth = depth;
-            ++i;
-        } else if (a == QLatin1String("--")) {
-            o.paths.append(args.mid(i + 1));
-            break;
-        } else if (a.startsWith(QLatin1String("--"))) {
-            Out::error(QStringLiteral("du has no option \"%1\".").arg(a));
+    o.json = p->has("--json");
+    o.paths = p->operands;
+    if (const auto tree = p->value("--tree")) {
+        bool ok = false;
+        const int depth = tree->toInt(&ok);
+        if (!ok || depth < 0) {
+            Out::error(QStringLiteral("--tree needs a depth: a whole number, 0 or more."));
             return std::nullopt;
-        } else {
-            o.paths.append(a);
         }
+        o.treeDepth = depth;
     }
     if (o.paths.isEmpty()) {
-        Out::error(QStringLiteral("du needs at least one path: quarle du [--tree DEPTH] [--json] PATH…"));
+        Out::error(QStringLiteral("du needs at least one path: quarle ") + usage);
         return std::nullopt;
     }
     return o;
@@ -103,7 +96,7 @@ int runDu(const QStringList& args) {
     int status = 0;
     Json jsonOut = Json::array();
     for (const QString& given : options->paths) {
-        const QString path = Paths::standardize(QDir::current().absoluteFilePath(given), QString());
+        const QString path = HistoryLookup::absolute(given);
         struct stat st;
         if (const auto why = problem(given, path, st)) {
             Out::error(*why);

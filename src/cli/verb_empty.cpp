@@ -4,19 +4,24 @@
 
 #include "cli/history_lookup.h"
 #include "cli/model_run.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
+#include "core/prefs.h"
 #include "core/fmt.h"
 #include "demo/demo.h"
 #include "model/sentences.h"
 #include "removal/remover.h"
 
 int runEmpty(const QStringList& args) {
-    QStringList rest = args;
-    const bool yes = rest.removeAll(QStringLiteral("--yes")) > 0;
-    const bool all = rest.removeAll(QStringLiteral("--all")) > 0;
+    const QString usage = QStringLiteral("empty ID|--all [--yes]");
+    const auto p = Options::parse(QStringLiteral("empty"), args, {{QStringLiteral("--yes"), QStringLiteral("--all")}, {}}, usage);
+    if (!p) return 2;
+    const QStringList rest = p->operands;
+    const bool yes = p->has("--yes");
+    const bool all = p->has("--all");
     if (all ? !rest.isEmpty() : rest.size() != 1) {
-        Out::error(QStringLiteral("empty needs the ID of one History entry, or --all: quarle empty ID|--all [--yes]"));
+        Out::error(QStringLiteral("empty needs the ID of one History entry, or --all: quarle ") + usage);
         return 2;
     }
     Model model;
@@ -43,9 +48,11 @@ int runEmpty(const QStringList& args) {
 
 int runExpire(const QStringList& args) {
     int days = HistoryLookup::keepDays();
-    if (!args.isEmpty()) {
+    const auto p = Options::parse(QStringLiteral("expire"), args, {{}, {QStringLiteral("--days")}}, QStringLiteral("expire [--days N]"));
+    if (!p) return 2;
+    if (const auto given = p->value("--days"); given || !p->operands.isEmpty()) {
         bool ok = false;
-        if (args.size() == 2 && args[0] == QLatin1String("--days")) days = args[1].toInt(&ok);
+        if (given && p->operands.isEmpty()) days = int(std::min<qlonglong>(given->toLongLong(&ok), Prefs::maxKeepDays));
         if (!ok || days < 0) {
             Out::error(QStringLiteral("expire takes --days and a whole number, 0 or more: quarle expire [--days N]"));
             return 2;

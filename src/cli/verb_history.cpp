@@ -2,6 +2,7 @@
 
 #include "cli/history_lookup.h"
 #include "cli/model_run.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
@@ -10,15 +11,9 @@
 #include "removal/remover.h"
 
 int runHistory(const QStringList& args) {
-    bool json = false;
-    for (const QString& a : args) {
-        if (a == QLatin1String("--json")) {
-            json = true;
-        } else {
-            Out::error(QStringLiteral("history takes no \"%1\": quarle history [--json]").arg(a));
-            return 2;
-        }
-    }
+    const std::optional<bool> wantsJson = Options::json(QStringLiteral("history"), args);
+    if (!wantsJson) return 2;
+    const bool json = *wantsJson;
     if (!Demo::isOn()) {
         HistoryStore store;
         Remover::syncWithTrash(store);  // what left the Trash some other way shows as such

@@ -2,9 +2,11 @@
 // question as in Settings.
 
 #include "cli/model_run.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
+#include "core/prefs.h"
 #include "model/sentences.h"
 
 namespace {
@@ -14,19 +16,25 @@ QString keeping(int days) { return QStringLiteral("Quarle keeps its items in the
 }  // namespace
 
 int runKeepDays(const QStringList& args) {
-    QStringList rest = args;
-    const bool yes = rest.removeAll(QStringLiteral("--yes")) > 0;
+    const auto p = Options::parse(QStringLiteral("keep-days"), args, {{QStringLiteral("--yes")}, {}},
+                                  QStringLiteral("keep-days [N] [--yes]"));
+    if (!p) return 2;
+    const QStringList rest = p->operands;
+    const bool yes = p->has("--yes");
     if (rest.isEmpty()) {
         Out::line(keeping(Model::storedKeepDays()));
         return 0;
     }
     bool ok = false;
-    const int days = rest.size() == 1 ? rest.first().toInt(&ok) : -1;
-    if (!ok || days < 0) {
+    const qlonglong asked = rest.size() == 1 ? rest.first().toLongLong(&ok) : -1;
+    if (!ok || asked < 0) {
         Out::error(QStringLiteral("keep-days takes a whole number of days, 0 to keep items until you empty them: "
                                   "quarle keep-days [N] [--yes]"));
         return 2;
     }
+    const int days = int(std::min<qlonglong>(asked, Prefs::maxKeepDays));
+    if (asked > days)
+        Out::error(QStringLiteral("Quarle keeps items at most %1 days (a hundred years); using that.").arg(days));
     Model model;
     ModelRun::loadHistory(model);
     const int before = model.keepDays();

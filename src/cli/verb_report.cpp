@@ -8,6 +8,7 @@
 #include <mutex>
 #include <thread>
 
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/checked.h"
@@ -174,15 +175,9 @@ void printReport(const ScanResult& r) {
 }  // namespace
 
 int runReport(const QStringList& args) {
-    bool json = false;
-    for (const QString& a : args) {
-        if (a == QLatin1String("--json")) {
-            json = true;
-        } else {
-            Out::error(QStringLiteral("report has no option \"%1\": quarle report [--json]").arg(a));
-            return 2;
-        }
-    }
+    const std::optional<bool> wantsJson = Options::json(QStringLiteral("report"), args);
+    if (!wantsJson) return 2;
+    const bool json = *wantsJson;
     ScanData data;
     Volume volume;
     if (Demo::isOn()) {

@@ -2,11 +2,15 @@
 
 #include "cli/history_lookup.h"
 #include "cli/model_run.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
 
-int runRestore(const QStringList& args) {
+int runRestore(const QStringList& given) {
+    const auto p = Options::parse(QStringLiteral("restore"), given, {}, QStringLiteral("restore ID [PATH…]"));
+    if (!p) return 2;
+    const QStringList& args = p->operands;
     if (args.isEmpty()) {
         Out::error(QStringLiteral("restore needs the ID of a History entry: quarle restore ID [PATH…]"));
         return 2;

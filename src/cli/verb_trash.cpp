@@ -1,6 +1,7 @@
 // quarle trash [--title T] PATH…
 
 #include "cli/history_lookup.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
@@ -17,30 +18,14 @@ struct TrashOptions {
 };
 
 std::optional<TrashOptions> parse(const QStringList& args) {
-    TrashOptions o;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QString& a = args[i];
-        if (a == QLatin1String("--title")) {
-            if (i + 1 >= args.size()) {
-                Out::error(QStringLiteral("--title needs a title: quarle trash --title \"Old caches\" PATH…"));
-                return std::nullopt;
-            }
-            o.title = args[++i];
-        } else if (a == QLatin1String("--")) {
-            o.paths.append(args.mid(i + 1));
-            break;
-        } else if (a.startsWith(QLatin1String("--"))) {
-            Out::error(QStringLiteral("trash has no option \"%1\".").arg(a));
-            return std::nullopt;
-        } else {
-            o.paths.append(a);
-        }
-    }
-    if (o.paths.isEmpty()) {
-        Out::error(QStringLiteral("trash needs at least one path: quarle trash [--title T] PATH…"));
+    const QString usage = QStringLiteral("trash [--title T] PATH…");
+    const auto p = Options::parse(QStringLiteral("trash"), args, {{}, {QStringLiteral("--title")}}, usage);
+    if (!p) return std::nullopt;
+    if (p->operands.isEmpty()) {
+        Out::error(QStringLiteral("trash needs at least one path: quarle ") + usage);
         return std::nullopt;
     }
-    return o;
+    return TrashOptions{p->value("--title").value_or(QString()), p->operands};
 }
 
 }  // namespace

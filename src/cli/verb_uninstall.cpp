@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "cli/model_run.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
@@ -19,26 +20,24 @@ struct AppOptions {
 };
 
 std::optional<AppOptions> parse(const QString& verb, const QStringList& args) {
-    AppOptions o;
-    QStringList names;
-    for (const QString& a : args) {
-        if (a == QLatin1String("--dry-run")) o.dryRun = true;
-        else if (a == QLatin1String("--yes")) o.yes = true;
-        else if (a == QLatin1String("--free-now")) o.freeNow = true;
-        else if (a == QLatin1String("--all-leftovers")) o.allLeftovers = true;
-        else if (a.startsWith(QLatin1String("--"))) {
-            Out::error(QStringLiteral("%1 has no option \"%2\".").arg(verb, a));
-            return std::nullopt;
-        } else {
-            names.append(a);
-        }
-    }
-    if (names.size() != 1) {
-        Out::error(QStringLiteral("%1 needs exactly one name: quarle %1 [--dry-run] [--yes] [--all-leftovers] [--free-now] NAME")
-                       .arg(verb == QLatin1String("orphans") ? QStringLiteral("orphans --remove") : verb));
+    const bool orphans = verb == QLatin1String("orphans");
+    const QString usage = (orphans ? QStringLiteral("orphans --remove") : verb) +
+                          QStringLiteral(" [--dry-run] [--yes] [--all-leftovers] [--free-now] NAME");
+    QStringList flags{QStringLiteral("--dry-run"), QStringLiteral("--yes"), QStringLiteral("--free-now"),
+                      QStringLiteral("--all-leftovers")};
+    if (orphans) flags.append(QStringLiteral("--remove"));
+    const auto p = Options::parse(verb, args, {flags, {}}, usage);
+    if (!p) return std::nullopt;
+    if (p->operands.size() != 1) {
+        Out::error(QStringLiteral("%1 needs exactly one name: quarle %2").arg(verb, usage));
         return std::nullopt;
     }
-    o.name = names.first();
+    AppOptions o;
+    o.dryRun = p->has("--dry-run");
+    o.yes = p->has("--yes");
+    o.freeNow = p->has("--free-now");
+    o.allLeftovers = p->has("--all-leftovers");
+    o.name = p->operands.first();
     return o;
 }
 

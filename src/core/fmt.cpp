@@ -99,16 +99,21 @@ QString ago(const std::optional<QDateTime>& date, const QDateTime& now) {
     return QString::number(d / 365) + QStringLiteral(" years ago");
 }
 
+// A day in this year needs no year; any other shows it.
+static QString dayFormat(const QDate& date) {
+    return date.year() == QDate::currentDate().year() ? QStringLiteral("ddd d MMM") : QStringLiteral("ddd d MMM yyyy");
+}
+
 QString day(const QDateTime& date) {
     const QDateTime local = date.toLocalTime();
     if (local.date() == QDate::currentDate())
         return QLocale().toString(local, QStringLiteral("'Today' HH:mm"));
-    return QLocale().toString(local, QStringLiteral("ddd d MMM"));
+    return QLocale().toString(local, dayFormat(local.date()));
 }
 
 QString emptyDay(const QDateTime& date, int keepDays) {
     const QDateTime when = date.addSecs(qint64(keepDays) * 86400).toLocalTime();
-    return QLocale().toString(when, QStringLiteral("ddd d MMM"));
+    return QLocale().toString(when, dayFormat(when.date()));
 }
 
 }  // namespace Fmt

@@ -1,5 +1,7 @@
 #include "core/paths.h"
 
+#include <stdlib.h>
+
 #include <QStringList>
 
 namespace {
@@ -113,6 +115,18 @@ QString standardize(const QString& path, const QString& home) {
     const QString joined = kept.join(QLatin1Char('/'));
     if (absolute) return QLatin1Char('/') + joined;
     return joined.isEmpty() ? QStringLiteral(".") : joined;
+}
+
+std::optional<QString> resolveDotDot(const QString& path) {
+    const QStringList parts = path.split(QLatin1Char('/'));
+    const qsizetype last = parts.lastIndexOf(QStringLiteral(".."));
+    if (last < 0) return standardize(path, QString());
+    const QByteArray prefix = toBytes(parts.mid(0, last + 1).join(QLatin1Char('/')));
+    char* resolved = ::realpath(prefix.isEmpty() ? "/" : prefix.constData(), nullptr);
+    if (!resolved) return std::nullopt;
+    const QString base = fromBytes(QByteArray(resolved));
+    ::free(resolved);
+    return standardize(base + QLatin1Char('/') + parts.mid(last + 1).join(QLatin1Char('/')), QString());
 }
 
 QString lastComponent(const QString& path) {

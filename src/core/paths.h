@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <optional>
 
 namespace Paths {
 
@@ -18,6 +19,11 @@ bool hasRawBytes(const QString& path);
 // Quarle's path standardising: "~" and "~/" expanded to `home`, "." removed, ".." removing the
 // component before it, duplicate and trailing slashes removed. A relative path stays relative.
 QString standardize(const QString& path, const QString& home);
+
+// An absolute path with every ".." resolved as the kernel does: a ".." after a link means the
+// parent of the link's target, so the part up to the last ".." is resolved on disk. Nothing when
+// that part does not exist. A path without ".." is only standardised.
+std::optional<QString> resolveDotDot(const QString& path);
 
 // Last component and parent of an absolute, standardised path ("/" has parent "/").
 QString lastComponent(const QString& path);

@@ -4,7 +4,13 @@
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
+#include <climits>
 #include <mutex>
+
+#include <errno.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "core/home.h"
 
@@ -16,9 +22,16 @@ std::mutex storeLock;
 // not parse; Quarle keeps such a file aside instead. Every line must be blank, a comment, a
 // [section] or a key=value pair, in UTF-8 without NUL bytes.
 bool readableIni(const QString& file) {
-    QFile f(file);
-    if (!f.exists()) return true;
-    if (!f.open(QIODevice::ReadOnly)) return false;
+    // Opened without blocking and checked to be a regular file: a FIFO or a device named like the
+    // preferences would hang every reader, and counts as damaged.
+    const int fd = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
+    if (fd < 0) return errno == ENOENT;
+    struct stat st;
+    QFile f;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || !f.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(fd);
+        return false;
+    }
     const QByteArray text = f.readAll();
     if (text.contains('\0') || QString::fromUtf8(text).toUtf8() != text) return false;
     for (const QByteArray& raw : text.split('\n')) {
@@ -86,11 +99,16 @@ QStringList stringList(const QString& key) {
     return v.toStringList();
 }
 
-int integer(const QString& key, int fallback) {
+int integer(const QString& key, int fallback, int min, int max) {
     const QVariant v = value(key);
     bool ok = false;
-    const int i = v.toInt(&ok);
-    return ok ? i : fallback;
+    const qlonglong i = v.toString().trimmed().toLongLong(&ok);
+    if (!ok) {
+        const qlonglong asNumber = v.toLongLong(&ok);  // a value stored as a number, not text
+        if (!ok) return fallback;
+        return asNumber < min ? fallback : int(std::min<qlonglong>(asNumber, max));
+    }
+    return i < min ? fallback : int(std::min<qlonglong>(i, max));
 }
 
 }  // namespace Prefs

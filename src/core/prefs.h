@@ -3,6 +3,8 @@
 // demonstration, another home folder, the self-check) uses a separate file that is wiped when the
 // run starts, so it begins from empty preferences and never touches the user's real ones.
 
+#include <climits>
+
 #include <QSettings>
 #include <QStringList>
 #include <QVariant>
@@ -23,7 +25,10 @@ QSettings* openStore(const QString& file, bool wipe);
 QVariant value(const QString& key, const QVariant& fallback = {});
 void setValue(const QString& key, const QVariant& value);
 QStringList stringList(const QString& key);
-// An integer preference; `fallback` when missing or not a whole number.
-int integer(const QString& key, int fallback);
+// An integer preference; `fallback` when missing, not a whole number or below `min`; at most `max`.
+int integer(const QString& key, int fallback, int min = INT_MIN, int max = INT_MAX);
+
+// The longest keep period: a hundred years. Longer ones are cut to it, never wrapped around.
+constexpr int maxKeepDays = 36500;
 
 }  // namespace Prefs

@@ -29,7 +29,7 @@ std::unique_ptr<QThreadPool> pool(QThread::Priority priority) {
 
 }  // namespace
 
-int Model::storedKeepDays() { return Prefs::integer(keepDaysKey, defaultKeepDays); }
+int Model::storedKeepDays() { return Prefs::integer(keepDaysKey, defaultKeepDays, 0, Prefs::maxKeepDays); }
 
 Model::Model(ModelServices services, QObject* parent)
     : QObject(parent),

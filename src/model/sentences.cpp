@@ -64,9 +64,10 @@ QString keepDaysTitle(int days) {
 }
 
 QString keepDaysMessage(qsizetype entries, qint64 bytes) {
-    return QStringLiteral("%1 (%2) have been in the Trash longer than that. They'll be emptied now and History "
+    return QStringLiteral("%1 (%2) %3 been in the Trash longer than that. They'll be emptied now and History "
                           "won't be able to restore them.")
-        .arg(Fmt::count(entries, QStringLiteral("clean")), Fmt::bytes(bytes));
+        .arg(Fmt::count(entries, QStringLiteral("clean")), Fmt::bytes(bytes),
+             entries == 1 ? QStringLiteral("has") : QStringLiteral("have"));
 }
 
 QString keepDaysButton(int days) {

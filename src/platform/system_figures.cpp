@@ -124,12 +124,14 @@ std::optional<QString> userTempFolder(const QString& home) {
     return folder;
 }
 
-QString systemRoot() {
+std::optional<QString> givenSystemRoot() {
     const QByteArray root = qgetenv("QUARLE_SYSTEM_ROOT");
-    if (root.isEmpty()) return {};
+    if (root.isEmpty()) return std::nullopt;
     const QString path = Paths::standardize(QDir::current().absoluteFilePath(Paths::fromBytes(root)), QString());
     return path == QStringLiteral("/") ? QString() : path;
 }
+
+QString systemRoot() { return givenSystemRoot().value_or(QString()); }
 
 std::optional<qint64> parseJournalUsage(const QString& text) {
     static const QRegularExpression figure(QStringLiteral("take up (\\d+(?:\\.\\d+)?)\\s*([KMGTPE]?)i?B?\\b"));

@@ -53,6 +53,8 @@ std::optional<QString> userTempFolder(const QString& home);
 // The folder that stands in for "/" when the system's own folders are read: QUARLE_SYSTEM_ROOT,
 // made absolute, or "" for the real root. Tests and fixture runs never read this machine's /usr.
 QString systemRoot();
+// The same, but nothing when QUARLE_SYSTEM_ROOT is unset or empty. The only place that reads it.
+std::optional<QString> givenSystemRoot();
 
 // Bytes the systemd journal takes on disk, as `journalctl --disk-usage` counts them (only the
 // journals under `directory` when one is given); nothing when journalctl is missing or fails.

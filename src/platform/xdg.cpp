@@ -17,4 +17,6 @@ QString cacheHome() { return folder("XDG_CACHE_HOME", QStringLiteral(".cache"));
 
 QString configHome() { return folder("XDG_CONFIG_HOME", QStringLiteral(".config")); }
 
+QString dataHome() { return Home::dataFolder(); }
+
 }  // namespace Xdg

@@ -15,5 +15,7 @@ QString folder(const char* variable, const QString& fallback);
 QString cacheHome();
 // $XDG_CONFIG_HOME, else ~/.config.
 QString configHome();
+// $XDG_DATA_HOME, else ~/.local/share (Home::dataFolder(), which the Trash also lives under).
+QString dataHome();
 
 }  // namespace Xdg

@@ -4,7 +4,7 @@
 #include <QString>
 
 struct Refusal {
-    enum class Kind { outside, protected_, missing, symlinkParent, inUse };
+    enum class Kind { outside, protected_, missing, symlinkParent, inUse, empty, tooDeep, inTrash };
 
     Kind kind = Kind::outside;
     QString path;

@@ -1,10 +1,11 @@
 #include "removal/safety.h"
 
+#include <errno.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 
+#include <QRegularExpression>
 #include <QStringList>
-#include <mutex>
 #include <utility>
 
 #include "core/paths.h"
@@ -50,15 +51,14 @@ const QStringList shallowPrefixes{
     QStringLiteral("Library/Containers/com.docker.docker/"),
 };
 
-// The deep look lists the folder, its children and grandchildren, and gives up after this many
-// entries so that a check never walks a large tree.
-constexpr int deepLookLevels = 2;
-constexpr int deepLookEntries = 4000;
-
-std::mutex runningLock;
-Safety::RunningSource& runningSource() {
-    static Safety::RunningSource source = RunningApps::ids;
-    return source;
+// Known caches and build output (relative to home, besides shallowPrefixes): too big to look
+// through is no reason to keep them.
+bool knownCache(const QString& relative) {
+    static const QRegularExpression flatpakCache(QStringLiteral("^\\.var/app/[^/]+/cache(/|$)"));
+    for (const QString& prefix : shallowPrefixes)
+        if (relative.startsWith(prefix)) return true;
+    return relative.startsWith(QLatin1String(".cache/")) || relative.endsWith(QLatin1String("/node_modules")) ||
+           relative.contains(QLatin1String("/node_modules/")) || flatpakCache.match(relative).hasMatch();
 }
 
 // The home Trash stands in for ~/.Trash: the folder itself and its two halves stay.
@@ -98,13 +98,6 @@ bool protectedExtension(const QString& name) {
     return !ext.isEmpty() && Safety::protectedExtensions().contains(ext.toLower());
 }
 
-// The records of what the Trash holds: removing one by hand would orphan its item.
-bool inTrashInfo(const QString& real, const QString& realHome) {
-    if (!real.contains(QLatin1String("/info"))) return false;  // most paths: no lookup of the Trash
-    const QString trash = Safety::realPath(Home::trashFolder()).value_or(Home::trashFolder());
-    return Paths::isWithin(real, trash + QStringLiteral("/info")) ||
-           Paths::isWithin(real, realHome + QStringLiteral("/.local/share/Trash/info"));
-}
 
 // The Flatpak app id when `relative` lies inside its folder ~/.var/app/<id>.
 std::optional<QString> flatpakApp(const QStringList& parts) {
@@ -120,8 +113,8 @@ std::optional<QString> containerName(const QStringList& parts) {
     return std::nullopt;
 }
 
-bool runningOwns(const QString& container) {
-    for (const QString& id : Safety::running())
+bool runningOwns(const QString& container, const QSet<QString>& running) {
+    for (const QString& id : running)
         if (container == id || container.endsWith(QLatin1Char('.') + id)) return true;
     return false;
 }
@@ -158,18 +151,14 @@ const QSet<QString>& protectedExtensions() {
     return extensions;
 }
 
-void setRunning(RunningSource source) {
-    std::lock_guard guard(runningLock);
-    runningSource() = std::move(source);
-}
+QSet<QString> runningOnPlatform() { return RunningApps::ids(); }
 
-QSet<QString> running() {
-    RunningSource source;
-    {
-        std::lock_guard guard(runningLock);
-        source = runningSource();
-    }
-    return source ? source() : QSet<QString>();  // asked outside the lock: it may run a child process
+bool inTrash(const QString& real) {
+    // Anything in a Trash has its record next to it: moving or erasing it by hand orphans one.
+    const QString trash = realPath(Home::trashFolder()).value_or(Home::trashFolder());
+    if (real != trash && Paths::isWithin(real, trash)) return true;
+    static const QRegularExpression topTrash(QStringLiteral("/(\\.Trash-\\d+|\\.Trash/\\d+)/."));
+    return topTrash.match(real).hasMatch();
 }
 
 std::optional<QString> realPath(const QString& path) {
@@ -198,7 +187,7 @@ bool appleContainer(const QString& relative) {
            lower.contains(QLatin1String(".com.apple."));
 }
 
-bool holdsProtected(const QString& path, const QString& home, bool look) {
+bool holdsProtected(const QString& path, const QString& home, bool look, bool cache, int limit) {
     const QString asParent = path + QLatin1Char('/');
     for (const QString& anchor : anchors)
         if ((home + anchor).startsWith(asParent)) return true;
@@ -206,41 +195,56 @@ bool holdsProtected(const QString& path, const QString& home, bool look) {
     struct stat st;
     if (::lstat(Paths::toBytes(path).constData(), &st) != 0 || !S_ISDIR(st.st_mode)) return false;
 
-    QList<std::pair<QString, int>> stack{{path, 0}};
+    QStringList stack{path};
     int seen = 0;
     while (!stack.isEmpty()) {
-        const auto [folder, depth] = stack.takeLast();
-        if (seen >= deepLookEntries) return false;
+        const QString folder = stack.takeLast();
         bool found = false;
         Walker::list(folder, std::nullopt, [&](const Walker::Entry& e) {
             ++seen;
-            if (protectedExtension(e.name)) found = true;
-            if (e.isDir && depth < deepLookLevels) stack.append({folder + QLatin1Char('/') + e.name, depth + 1});
+            if (protectedNames().contains(e.name) || protectedExtension(e.name)) found = true;
+            if (e.isDir) stack.append(folder + QLatin1Char('/') + e.name);
         });
         if (found) return true;
+        if (seen > limit) return !cache;
     }
     return false;
 }
 
-Checker::Checker(const QString& home)
-    : home_(home), realHome_(realPath(home).value_or(home)), userFolders_(userFolders(home, realHome_)) {}
+Checker::Checker(const QString& home, RunningSource running)
+    : home_(home), realHome_(realPath(home).value_or(home)), userFolders_(userFolders(home, realHome_)),
+      running_(std::move(running)) {}
 
-Verdict check(const QString& path, const QString& home, const QSet<QString>& apps) {
-    return Checker(home).check(path, apps);
+Verdict check(const QString& path, const QString& home, const QSet<QString>& apps, const RunningSource& running) {
+    return Checker(home, running).check(path, apps);
 }
 
 Verdict Checker::check(const QString& path, const QSet<QString>& apps) const {
     const QString& home = home_;
     const QString& realHome = realHome_;
-    const QString given = Paths::standardize(path, home);
+    if (path.isEmpty()) return Verdict{QString(), Refusal{Refusal::Kind::empty, QString()}};
+    // "~" is the home; a ".." means what it means to the kernel (after a link, the target's parent).
+    const QString expanded = path == QLatin1String("~")          ? home
+                             : path.startsWith(QLatin1String("~/")) ? home + path.mid(1)
+                                                                     : path;
+    const bool absolute = expanded.startsWith(QLatin1Char('/'));
+    const std::optional<QString> kernel = absolute ? Paths::resolveDotDot(expanded) : std::nullopt;
+    QString given = kernel.value_or(Paths::standardize(expanded, home));
     const auto refuse = [&](Refusal::Kind kind) { return Verdict{QString(), Refusal{kind, given}}; };
-    if (!given.startsWith(QLatin1Char('/'))) return refuse(Refusal::Kind::outside);  // no place of its own
+    if (!absolute) return refuse(Refusal::Kind::outside);  // no place of its own
+    if (!kernel) {
+        given = expanded;
+        return refuse(Refusal::Kind::missing);
+    }
 
     struct stat st;
-    if (::lstat(Paths::toBytes(given).constData(), &st) != 0) return refuse(Refusal::Kind::missing);
+    const auto missingOrTooDeep = [&] {
+        return refuse(errno == ENAMETOOLONG ? Refusal::Kind::tooDeep : Refusal::Kind::missing);
+    };
+    if (::lstat(Paths::toBytes(given).constData(), &st) != 0) return missingOrTooDeep();
     const QString parent = Paths::parentOf(given);
     const auto resolvedParent = realPath(parent);
-    if (!resolvedParent) return refuse(Refusal::Kind::missing);
+    if (!resolvedParent) return missingOrTooDeep();
 
     // Link test: only the home folder itself may lie behind a link.
     const QString expectedParent =
@@ -252,6 +256,7 @@ Verdict Checker::check(const QString& path, const QSet<QString>& apps) const {
     const QString real = *resolvedParent == QLatin1String("/") ? QLatin1Char('/') + last
                                                                 : *resolvedParent + QLatin1Char('/') + last;
     const bool underHome = real.startsWith(realHome + QLatin1Char('/'));
+    if (real == realHome) return refuse(Refusal::Kind::protected_);
 
     // Place test: outside home only an app being uninstalled, straight inside /Applications.
     const bool appTarget = (apps.contains(given) || apps.contains(real)) &&
@@ -263,7 +268,8 @@ Verdict Checker::check(const QString& path, const QSet<QString>& apps) const {
         return refuse(Refusal::Kind::outside);
     }
 
-    if (isRoot(real, realHome, userFolders_) || inTrashInfo(real, realHome)) return refuse(Refusal::Kind::protected_);
+    if (isRoot(real, realHome, userFolders_)) return refuse(Refusal::Kind::protected_);
+    if (inTrash(real)) return refuse(Refusal::Kind::inTrash);
 
     const QString relative = underHome ? real.mid(realHome.size() + 1) : real;
     const bool inLibrary = underHome && relative.startsWith(QLatin1String("Library/"));
@@ -276,15 +282,13 @@ Verdict Checker::check(const QString& path, const QSet<QString>& apps) const {
     if (!underHome) return Verdict{real, std::nullopt};  // an app being uninstalled
 
     if (appleContainer(relative)) return refuse(Refusal::Kind::protected_);
-    if (const auto container = containerName(parts); container && runningOwns(*container))
+    const auto running = [&] { return running_ ? running_() : QSet<QString>(); };
+    if (const auto container = containerName(parts); container && runningOwns(*container, running()))
         return refuse(Refusal::Kind::inUse);
     // A running Flatpak app reads and writes its data, settings and cache under its folder.
-    if (const auto app = flatpakApp(parts); app && Safety::running().contains(*app)) return refuse(Refusal::Kind::inUse);
+    if (const auto app = flatpakApp(parts); app && running().contains(*app)) return refuse(Refusal::Kind::inUse);
 
-    bool look = !relative.startsWith(QLatin1Char('.')) && !relative.endsWith(QLatin1String("/node_modules"));
-    for (const QString& prefix : shallowPrefixes)
-        if (relative.startsWith(prefix)) look = false;
-    if (holdsProtected(real, realHome, look)) return refuse(Refusal::Kind::protected_);
+    if (holdsProtected(real, realHome, true, knownCache(relative))) return refuse(Refusal::Kind::protected_);
     return Verdict{real, std::nullopt};
 }
 

@@ -121,7 +121,7 @@ LinuxSystem linuxSystem(const QString& home, bool fake, WalkProgress& progress, 
     LinuxSystem s;
     // The system's own folders are read for the user's own home, and for a fixture home only when
     // QUARLE_SYSTEM_ROOT names a system for it (a fixture's, or "/" for this machine's).
-    if (!fake || !qgetenv("QUARLE_SYSTEM_ROOT").isEmpty())
+    if (!fake || SystemFigures::givenSystemRoot())
         s = measureSystem(home, SystemFigures::systemRoot(), progress, cancelled);
     s.userDirs = UserDirs::read(home, Xdg::configHome() + QStringLiteral("/user-dirs.dirs"));
     if (const auto space = SystemFigures::space(home)) s.reserved = space->reserved;

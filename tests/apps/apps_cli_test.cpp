@@ -103,7 +103,7 @@ TEST(AppsVerbs, AnythingButJsonIsAWrongCommandLine) {
     for (const char* verb : {"apps", "orphans", "login-items"}) {
         const Ran ran = runQuarle({verb, "--jsn"});
         EXPECT_EQ(ran.status, 2) << verb;
-        EXPECT_TRUE(ran.err.contains("takes no argument \"--jsn\"")) << ran.err.constData();
+        EXPECT_TRUE(ran.err.contains("has no option \"--jsn\"")) << ran.err.constData();
         EXPECT_TRUE(ran.out.isEmpty());
     }
 }

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
 
 #include "support/run_quarle.h"
 #include "core/paths.h"
@@ -90,12 +93,47 @@ TEST(Du, OddNamesArePrintedAsTheirBytes) {
     Files::write(root + "/small", 4096);
     const Ran ran = runQuarle({"du", "--tree", "1", b(root)});
     EXPECT_EQ(ran.status, 0);
-    EXPECT_TRUE(ran.out.endsWith("  2 MB  " + name + "\n")) << ran.out.toHex().constData();
+    EXPECT_TRUE(ran.out.endsWith("  2 MB  new\\nline \xff.bin\n")) << "a newline in a name forges no line";
     const Ran json = runQuarle({"du", "--json", "--tree", "1", b(root)});
     const auto nodes = decodeJsonList<SpaceNode>(parseJson(json.out).value_or(QJsonValue()));
     ASSERT_TRUE(nodes);
     ASSERT_EQ(nodes->first().kids.size(), 1);  // the 4 KB file is below the tree's smallest file
     EXPECT_EQ(Paths::toBytes(nodes->first().kids[0].name), name);
+}
+
+TEST(CommandLine, NothingIsGuessedAndNothingReachesTheTerminalRaw) {
+    Sandbox::clearHome();
+    const QString home = Sandbox::home();
+    for (const QList<QByteArray>& args : QList<QList<QByteArray>>{{"trash", ""}, {"du", ""}, {"restore", "X", ""}}) {
+        const Ran ran = runQuarle(args);
+        EXPECT_EQ(ran.status, 2) << args.first().constData();
+        EXPECT_TRUE(ran.err.contains("an empty argument names nothing")) << ran.err.constData();
+    }
+    for (const QList<QByteArray>& args : QList<QList<QByteArray>>{
+             {"trash", "--title"}, {"history", "--jsn"}, {"expire", "--days"}, {"empty", "--all", "X"}, {"restore", "--yes", "X"}})
+        EXPECT_EQ(runQuarle(args).status, 2) << args.join(' ').constData();
+
+    // The current folder travels as bytes, whatever its name.
+    const QString odd = Sandbox::scratch("cwd") + "/" + Paths::fromBytes("\xff\xfe");
+    Files::makeDirs(odd);
+    Files::write(odd + "/f", 4096);
+    const QByteArray before = QDir::currentPath().toLocal8Bit();
+    ASSERT_EQ(::chdir(b(odd).constData()), 0);
+    const Ran here = runQuarle({"du", "."});
+    ASSERT_EQ(::chdir(before.constData()), 0);
+    EXPECT_EQ(here.status, 0) << here.err.constData();
+
+    Files::write(home + "/f", 10);
+    EXPECT_EQ(runQuarle({"trash", "--title", "\x1b[2J\n2099-01-01 00:00  fake", b(home + "/f")}).status, 0);
+    const Ran history = runQuarle({"history"});
+    EXPECT_FALSE(history.out.contains('\x1b')) << history.out.constData();
+    EXPECT_TRUE(history.out.contains("\\x1B[2J\\n2099-01-01 00:00  fake")) << history.out.constData();
+
+    EXPECT_EQ(runQuarle({"keep-days", "-1"}).status, 2);
+    const Ran far = runQuarle({"keep-days", "99999999999", "--yes"});
+    EXPECT_EQ(far.status, 0);
+    EXPECT_TRUE(far.err.contains("at most 36500 days")) << far.err.constData();
+    EXPECT_TRUE(runQuarle({"keep-days"}).out.contains("36,500 days")) << "cut to the longest, never wrapped";
 }
 
 TEST(Du, UnreadableFoldersAreNotedNotFatal) {

@@ -119,13 +119,15 @@ TEST_F(FmtTest, AgoCountsWholeDaysWithoutSingulars) {
     EXPECT_EQ(Fmt::ago(daysBefore(4000), now), "10 years ago");
 }
 
-TEST_F(FmtTest, DayAndEmptyDayUseTheLocalesShortForms) {
+TEST_F(FmtTest, DayAndEmptyDayUseTheLocalesShortFormsWithTheYearOfAnotherYear) {
     const QDateTime past(QDate(2024, 3, 5), QTime(9, 30), Qt::LocalTime);
-    EXPECT_EQ(Fmt::day(past), "Tue 5 Mar");
+    EXPECT_EQ(Fmt::day(past), "Tue 5 Mar 2024");
     const QDateTime today(QDate::currentDate(), QTime(7, 5), Qt::LocalTime);
     EXPECT_EQ(Fmt::day(today), "Today 07:05");
-    EXPECT_EQ(Fmt::emptyDay(past, 7), "Tue 12 Mar");
-    EXPECT_EQ(Fmt::emptyDay(past, 30), "Thu 4 Apr");
+    EXPECT_EQ(Fmt::emptyDay(past, 7), "Tue 12 Mar 2024");
+    EXPECT_EQ(Fmt::emptyDay(past, 36500), "Thu 10 Feb 2124");
+    const QDateTime thisYear(QDate(QDate::currentDate().year(), 1, 1), QTime(9, 0), Qt::LocalTime);
+    EXPECT_FALSE(Fmt::emptyDay(thisYear, 0).contains(QString::number(thisYear.date().year())));
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 #include <QMap>
 #include <memory>
 
+#include <sys/stat.h>
+
 #include "core/home.h"
 #include "core/prefs.h"
 #include "support/files.h"
@@ -52,6 +54,10 @@ TEST(Prefs, ValuesPersistAndBadOnesFallBack) {
     EXPECT_EQ(Prefs::stringList("hiddenRows"), QStringList({"logs", "caches"}));
     Prefs::setValue("keepDays", "soon");
     EXPECT_EQ(Prefs::integer("keepDays", 7), 7);
+    Prefs::setValue("keepDays", "99999999999");  // never wrapped around into another number
+    EXPECT_EQ(Prefs::integer("keepDays", 7, 0, Prefs::maxKeepDays), Prefs::maxKeepDays);
+    Prefs::setValue("keepDays", "-5");
+    EXPECT_EQ(Prefs::integer("keepDays", 7, 0, Prefs::maxKeepDays), 7);
     EXPECT_EQ(Prefs::integer("missing", 7), 7);
     EXPECT_TRUE(Prefs::stringList("missing").isEmpty());
     Prefs::setValue("hiddenRows", QStringList{"one"});
@@ -85,6 +91,13 @@ TEST(Prefs, ASandboxedStoreStartsEmptyAndADamagedOneIsKeptAside) {
     fresh.reset();
     std::unique_ptr<QSettings> again(Prefs::openStore(damaged, false));
     EXPECT_EQ(again->value("keepDays").toInt(), 9);  // and new preferences are saved
+
+    // A FIFO in its place would block every reader: it is set aside like any damaged file.
+    const QString fifo = folder + "/fifo.conf";
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    std::unique_ptr<QSettings> unblocked(Prefs::openStore(fifo, false));
+    EXPECT_FALSE(unblocked->contains("keepDays"));
+    EXPECT_EQ(QDir(folder).entryList({"fifo.conf.damaged-*"}, QDir::Files | QDir::System).size(), 1);
 }
 
 }  // namespace

@@ -29,7 +29,6 @@ struct RemoverTest : ::testing::Test {
     std::unique_ptr<HistoryStore> store;
     void SetUp() override {
         Sandbox::clearHome();
-        Safety::setRunning({});
         store = std::make_unique<HistoryStore>();
     }
     QStringList files(const QString& folder, int n, const QByteArray& text = "data") {

@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QFile>
+#include <cstdlib>
 
 #include "core/home.h"
-#include "platform/running_apps.h"
 #include "removal/safety.h"
 #include "support/files.h"
 #include "support/sandbox.h"
@@ -15,16 +19,14 @@ using Kind = Refusal::Kind;
 // A Mac-shaped home, checked against itself.
 struct SafetyTest : ::testing::Test {
     QString home = Sandbox::home();
-    void SetUp() override {
-        Sandbox::clearHome();
-        Safety::setRunning([] { return QSet<QString>(); });
-    }
+    Safety::RunningSource running = [] { return QSet<QString>(); };
+    void SetUp() override { Sandbox::clearHome(); }
     QString make(const QString& relative) {
         Files::makeDirs(home + "/" + relative);
         return home + "/" + relative;
     }
     std::optional<Kind> refused(const QString& path, const QSet<QString>& apps = {}) {
-        const Safety::Verdict v = Safety::check(path, home, apps);
+        const Safety::Verdict v = Safety::check(path, home, apps, running);
         if (v.ok()) return std::nullopt;
         EXPECT_EQ(v.refusal->path, path) << "a refusal names the path as given";
         return v.refusal->kind;
@@ -36,7 +38,7 @@ TEST_F(SafetyTest, RootsAndProtectedPlacesAreRefusedTheirInsidesAreNot) {
         make(r);
         EXPECT_EQ(refused(home + "/" + r), Kind::protected_) << r.toStdString();
     }
-    EXPECT_EQ(refused(home), Kind::outside) << "home itself is not inside home";
+    EXPECT_EQ(refused(home), Kind::protected_) << "the home itself is protected, not elsewhere";
     EXPECT_EQ(refused(make("Library/Caches/com.example.app")), std::nullopt);
     EXPECT_EQ(refused(make("Library/Keychains/abc")), Kind::protected_);
     EXPECT_EQ(refused(make("Projects/Mail")), Kind::protected_) << "a protected name is protected anywhere";
@@ -54,7 +56,7 @@ TEST_F(SafetyTest, RootsAndProtectedPlacesAreRefusedTheirInsidesAreNot) {
 TEST_F(SafetyTest, AContainerOfARunningAppIsInUse) {
     const QString shared = make("Library/Group Containers/ABCDE12345.com.example.shared");
     EXPECT_EQ(refused(shared), std::nullopt);
-    Safety::setRunning([] { return QSet<QString>{"com.example.shared"}; });
+    running = [] { return QSet<QString>{"com.example.shared"}; };
     EXPECT_EQ(refused(shared), Kind::inUse);
     EXPECT_EQ(refused(make("Library/Containers/com.example.shared")), Kind::inUse);
     EXPECT_EQ(refused(make("Library/Containers/com.example.sharedother")), std::nullopt);
@@ -66,24 +68,61 @@ TEST_F(SafetyTest, AContainerOfARunningAppIsInUse) {
     QFile::setPermissions(bin + "/flatpak", QFile::ReadOwner | QFile::ExeOwner | QFile::ExeOther | QFile::ReadOther);
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", Files::bytes(bin) + ":" + path);
-    Safety::setRunning(Safety::RunningSource());  // nothing at all
+    running = Safety::RunningSource();  // nothing at all
     EXPECT_EQ(refused(make("Library/Containers/org.example.Maps")), std::nullopt);
-    Safety::setRunning(RunningApps::ids);
+    running = Safety::runningOnPlatform;
     EXPECT_EQ(refused(home + "/Library/Containers/org.example.Maps"), Kind::inUse);
     qputenv("PATH", path);
 }
 
-TEST_F(SafetyTest, TheDeepLookFindsALibraryTwoLevelsDownAndStopsAfter4000Entries) {
-    make("Projects/old/x/y/Lib.photoslibrary");
-    make("Projects/deeper/x/y/z/Lib.photoslibrary");
-    EXPECT_EQ(refused(home + "/Projects/old"), Kind::protected_);
-    EXPECT_EQ(refused(home + "/Projects/deeper"), std::nullopt);
-    EXPECT_EQ(refused(make("Library/Caches/app/x/Lib.photoslibrary") + "/../.."), std::nullopt)
-        << "no deep look under the caches";
+TEST_F(SafetyTest, AFolderHoldingKeysOrALibraryAtAnyDepthIsProtectedAndSoIsOneTooBigToLookThrough) {
+    for (const QString& p : {"Projects/a/x/y/z/w/Lib.photoslibrary", "Backup/home/u/.ssh", "Old/x/y/z/.gnupg",
+                             ".config/app/deep/.password-store", "Library/Caches/app/x/y/keyrings"}) {
+        make(p);
+        const QString top = p.section('/', 0, p.startsWith("Library") ? 2 : 1);
+        EXPECT_EQ(refused(home + "/" + top), Kind::protected_) << top.toStdString();
+    }
+    EXPECT_EQ(refused(make("Projects/plain/x/y/z/v")), std::nullopt);
     const QString wide = make("Projects/wide");
-    for (int i = 0; i < 4000; ++i) Files::writeText(wide + QStringLiteral("/f%1").arg(i), {});
-    make("Projects/wide/zz/Lib.photoslibrary");
-    EXPECT_EQ(refused(wide), std::nullopt) << "the look gives up after 4,000 entries";
+    for (int i = 0; i < 30; ++i) Files::writeText(wide + QStringLiteral("/f%1").arg(i), {});
+    EXPECT_TRUE(Safety::holdsProtected(wide, home, true, false, 20)) << "unseen is not unprotected";
+    EXPECT_FALSE(Safety::holdsProtected(wide, home, true, true, 20)) << "a known cache may be big";
+    EXPECT_FALSE(Safety::holdsProtected(wide, home, true, false, 40));
+}
+
+TEST_F(SafetyTest, NothingButTheFileTheKernelNamesAndNothingInATrash) {
+    const QString elsewhere = Sandbox::scratch("elsewhere");
+    Files::makeDirs(elsewhere + "/inner");
+    Files::write(elsewhere + "/victim", 1);
+    Files::write(home + "/victim", 1);
+    Files::symlink(elsewhere + "/inner", home + "/lnk");
+    const Safety::Verdict v = Safety::check(home + "/lnk/../victim", home, {}, running);
+    ASSERT_TRUE(v.refusal);
+    EXPECT_EQ(*v.refusal, (Refusal{Kind::outside, elsewhere + "/victim"})) << "lnk/.. is elsewhere, not ~";
+    EXPECT_EQ(refused(home + "/gone/../victim"), Kind::missing) << "no lexical shortcut past a missing folder";
+    EXPECT_EQ(refused(""), Kind::empty) << "\"$UNSET\" is not the current folder";
+
+    Files::makeDirs(Home::trashFolder() + "/files");
+    Files::write(Home::trashFolder() + "/files/old", 1);
+    EXPECT_EQ(refused(Home::trashFolder() + "/files/old"), Kind::inTrash);
+    for (const QString& p : {"usb/.Trash-1000/files/a", "usb/.Trash/1000/files/a"})
+        EXPECT_EQ(refused(make(p)), Kind::inTrash) << p.toStdString();
+    EXPECT_EQ(refused(make("usb/.Trash-stuff/a")), std::nullopt);
+
+    // Deeper than a path can reach: the true reason, not "No longer there".
+    QString deep = make("deep");
+    int fd = ::open(Files::bytes(deep).constData(), O_DIRECTORY);
+    for (int i = 0; i < 25; ++i) {
+        const QByteArray name(200, 'd');
+        ::mkdirat(fd, name.constData(), 0700);
+        const int next = ::openat(fd, name.constData(), O_DIRECTORY);
+        ::close(fd);
+        fd = next;
+        deep += "/" + QString::fromLatin1(name);
+    }
+    ::close(fd);
+    EXPECT_EQ(refused(deep), Kind::tooDeep);
+    EXPECT_EQ(std::system(("rm -rf '" + Files::bytes(home + "/deep") + "'").constData()), 0);
 }
 
 TEST_F(SafetyTest, LinksMissingPathsAndPlaces) {
@@ -102,6 +141,7 @@ TEST_F(SafetyTest, LinksMissingPathsAndPlaces) {
     // A home folder that lies behind a link is fine; the resolved path is the real one.
     const QString real = Sandbox::scratch("realhome");
     Files::makeDirs(real + "/Projects/a");
+    Files::makeDirs(real + "/Projects/b");
     const QString linked = Sandbox::root() + "/linkedhome";
     Files::symlink(real, linked);
     const Safety::Verdict v = Safety::check("~/Projects/./b/../a", linked);
@@ -135,8 +175,8 @@ TEST_F(SafetyTest, ALinuxHomesBaseFoldersKeysAndTrashRecordsAreProtected) {
 
     // An item's record in the Trash goes with the item, never by itself.
     Files::writeText(Home::trashFolder() + "/info/a.trashinfo", "[Trash Info]\n");
-    EXPECT_EQ(refused(Home::trashFolder() + "/info/a.trashinfo"), Kind::protected_);
-    EXPECT_EQ(refused(make(".local/share/Trash/info/sub")), Kind::protected_);
+    EXPECT_EQ(refused(Home::trashFolder() + "/info/a.trashinfo"), Kind::inTrash);
+    EXPECT_EQ(refused(make(".local/share/Trash/info/sub")), Kind::inTrash);
     EXPECT_EQ(refused(make("Projects/info")), std::nullopt) << "other folders named info are no records";
 }
 
@@ -162,7 +202,7 @@ TEST_F(SafetyTest, ARunningFlatpakAppsFolderIsInUse) {
     const QString maps = ".var/app/org.gnome.Maps";
     for (const QString& p : {maps + "/data", maps + "/config", maps + "/cache/tiles", maps})
         EXPECT_EQ(refused(make(p)), std::nullopt) << p.toStdString();
-    Safety::setRunning([] { return QSet<QString>{"org.gnome.Maps"}; });
+    running = [] { return QSet<QString>{"org.gnome.Maps"}; };
     for (const QString& p : {maps + "/data", maps + "/config/dconf", maps + "/cache/tiles", maps})
         EXPECT_EQ(refused(make(p)), Kind::inUse) << p.toStdString();
     EXPECT_EQ(refused(make(".var/app/org.gnome.MapsOld/data")), std::nullopt);
