@@ -6,14 +6,16 @@
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/paths.h"
+#include "ui/window/application.h"
 
 int main(int argc, char** argv) {
+    // Without a verb Quarle opens its window on a display and reports on the home folder otherwise.
+    if (argc == 1 && Ui::hasDisplay()) return Ui::run(argc, argv);
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Quarle"));
 
     QStringList args;
     for (int i = 1; i < argc; ++i) args.append(Paths::fromBytes(QByteArray(argv[i])));
-    // Without a verb Quarle reports on the home folder; there is no window yet to open on a display.
     if (args.isEmpty()) return runReport({});
     if (args.first() == QLatin1String("help") || args.first() == QLatin1String("--help") ||
         args.first() == QLatin1String("-h")) {

@@ -98,6 +98,8 @@ public:
     void selectSuggested(bool developerOnly);
     void hideRow(const Finding& finding);
     void showRow(const QString& id);
+    // The title of a hidden row as the last result named it; the id when no result had it.
+    QString hiddenTitle(const QString& id) const;
     void neverClear(const Part& part);
     void allowClear(const QString& path);
     void setFocus(const std::optional<QString>& id);

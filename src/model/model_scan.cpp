@@ -136,7 +136,11 @@ void Model::finishScan(const QUuid& token, const std::shared_ptr<ScanCancel>& ca
 void Model::applyEarly(const QUuid& token, qint64 seq, const QList<EarlyRow>& rows) {
     if (token != scanToken_ || !scanning_ || seq <= earlySeq_) return;  // late, out of order, or another scan's
     earlySeq_ = seq;
-    assignEarly(rows);
+    // Rows the user hid stay hidden while the scan runs, as they do in its result.
+    QList<EarlyRow> shown;
+    for (const EarlyRow& row : rows)
+        if (!hiddenRows_.contains(row.id)) shown.append(row);
+    assignEarly(shown);
 }
 
 void Model::refreshNumbers() {

@@ -180,6 +180,13 @@ void Model::selectSuggested(bool developerOnly) {
         if (f.removal.isTrash() && !inside(f).isEmpty()) resetParts(f);
 }
 
+QString Model::hiddenTitle(const QString& id) const {
+    if (derived_)
+        for (const Finding& f : derived_->findings)
+            if (f.id == id) return f.title;
+    return id;
+}
+
 void Model::hideRow(const Finding& given) {
     const Finding finding = given;  // the shown row goes away with the next result
     QSet<QString> hidden = hiddenRows_;

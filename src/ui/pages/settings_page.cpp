@@ -1,0 +1,161 @@
+#include "ui/pages/settings_page.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSystemTrayIcon>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "core/fmt.h"
+#include "model/model.h"
+#include "ui/theme/theme.h"
+
+namespace {
+
+const int keepChoices[] = {1, 3, 7, 14, 30, 90, 0};  // 0: until the user empties the Trash
+
+QLabel* section(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setFont(Theme::figureFont());
+    return label;
+}
+
+QLabel* muted(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setForegroundRole(QPalette::PlaceholderText);
+    label->setWordWrap(true);
+    return label;
+}
+
+void clear(QVBoxLayout* box) {
+    while (QLayoutItem* item = box->takeAt(0)) {
+        if (QLayout* inner = item->layout()) {
+            while (QLayoutItem* i = inner->takeAt(0)) {
+                delete i->widget();
+                delete i;
+            }
+        }
+        delete item->widget();
+        delete item;
+    }
+}
+
+// A line with a name and the button that undoes it.
+void addLine(QVBoxLayout* box, QWidget* parent, const QString& text, const QString& button, std::function<void()> undo) {
+    auto* row = new QHBoxLayout;
+    auto* label = new QLabel(text, parent);
+    label->setObjectName(QStringLiteral("setAside"));
+    row->addWidget(label, 1);
+    auto* b = new QPushButton(button, parent);
+    QObject::connect(b, &QPushButton::clicked, parent, std::move(undo));
+    row->addWidget(b);
+    box->addLayout(row);
+}
+
+}  // namespace
+
+SettingsPage::SettingsPage(Model& model, QWidget* parent)
+    : QWidget(parent), model_(model), keepDays_(new QComboBox), appearance_(new QComboBox), tray_(new QCheckBox),
+      hidden_(new QVBoxLayout), never_(new QVBoxLayout), fold_(new QTimer(this)) {
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    auto* scroll = new QScrollArea(this);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    outer->addWidget(scroll);
+    auto* body = new QWidget;
+    scroll->setWidget(body);
+    auto* layout = new QVBoxLayout(body);
+    layout->setContentsMargins(Theme::margin, Theme::margin, Theme::margin, Theme::margin);
+    layout->setSpacing(Theme::line);
+    auto* heading = new QLabel(tr("Settings"), body);
+    heading->setFont(Theme::titleFont());
+    layout->addWidget(heading);
+    layout->addSpacing(Theme::gap);
+
+    auto* form = new QFormLayout;
+    form->setHorizontalSpacing(Theme::gap);
+    form->setVerticalSpacing(Theme::line * 2);
+    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    for (int days : keepChoices)
+        keepDays_->addItem(days > 0 ? Fmt::count(days, QStringLiteral("day")) : tr("Until I empty it"), days);
+    keepDays_->setAccessibleName(tr("Keep moved items in the Trash"));
+    form->addRow(tr("Keep moved items in the Trash"), keepDays_);
+    appearance_->addItem(tr("Follow the system"), int(Appearance::system));
+    appearance_->addItem(tr("Night"), int(Appearance::night));
+    appearance_->addItem(tr("Paper"), int(Appearance::paper));
+    appearance_->setAccessibleName(tr("Appearance"));
+    form->addRow(tr("Appearance"), appearance_);
+    tray_->setText(tr("Show Quarle in the tray"));
+    if (!QSystemTrayIcon::isSystemTrayAvailable()) tray_->setToolTip(tr("This desktop has no tray."));
+    form->addRow(QString(), tray_);
+    layout->addLayout(form);
+
+    layout->addSpacing(Theme::gap);
+    layout->addWidget(section(tr("Hidden rows"), body));
+    layout->addWidget(muted(tr("Rows you chose never to see on Clean or Developer."), body));
+    layout->addLayout(hidden_);
+    layout->addSpacing(Theme::gap);
+    layout->addWidget(section(tr("Never cleared"), body));
+    layout->addWidget(muted(tr("Items Quarle leaves alone, whatever is ticked."), body));
+    layout->addLayout(never_);
+    layout->addSpacing(Theme::gap);
+    layout->addWidget(section(tr("Version"), body));
+    layout->addWidget(muted(tr("Quarle %1. Updates arrive with your system's packages.")
+                                .arg(QCoreApplication::applicationVersion().isEmpty() ? QStringLiteral("0.1")
+                                                                                      : QCoreApplication::applicationVersion()),
+                            body));
+    layout->addStretch();
+
+    connect(keepDays_, &QComboBox::activated, this, [this] { model_.setKeepDays(keepDays_->currentData().toInt(), false); });
+    connect(appearance_, &QComboBox::activated, this,
+            [this] { model_.setAppearance(Appearance(appearance_->currentData().toInt())); });
+    connect(tray_, &QCheckBox::toggled, this, [this](bool on) {
+        if (on != model_.showMenuBar()) model_.setShowMenuBar(on);
+    });
+    fold_->setSingleShot(true);
+    fold_->setInterval(0);
+    connect(fold_, &QTimer::timeout, this, &SettingsPage::refresh);
+    // A question about the keep period that was cancelled changes nothing, so the choice is read
+    // again whenever a question comes or goes.
+    for (auto signal : {&Model::keepDaysChanged, &Model::askChanged, &Model::appearanceChanged,
+                        &Model::showMenuBarChanged, &Model::hiddenRowsChanged, &Model::picksChanged})
+        connect(&model_, signal, fold_, qOverload<>(&QTimer::start));
+    refresh();
+}
+
+void SettingsPage::refresh() {
+    const int days = model_.keepDays() < 1 ? 0 : model_.keepDays();
+    int at = keepDays_->findData(days);
+    if (at < 0) {
+        keepDays_->addItem(Fmt::count(days, QStringLiteral("day")), days);
+        at = keepDays_->count() - 1;
+    }
+    keepDays_->setCurrentIndex(at);
+    appearance_->setCurrentIndex(appearance_->findData(int(model_.appearance())));
+    tray_->setChecked(model_.showMenuBar());
+
+    clear(hidden_);
+    QStringList ids(model_.hiddenRows().begin(), model_.hiddenRows().end());
+    ids.sort();
+    for (const QString& id : ids)
+        addLine(hidden_, this, model_.hiddenTitle(id), tr("Show Again"), [this, id] { model_.showRow(id); });
+    if (ids.isEmpty()) hidden_->addWidget(muted(tr("None."), this));
+    clear(never_);
+    QStringList paths(model_.picks().never.begin(), model_.picks().never.end());
+    paths.sort();
+    for (const QString& path : paths)
+        addLine(never_, this, Fmt::path(path), tr("Allow Clearing Again"), [this, path] { model_.allowClear(path); });
+    if (paths.isEmpty()) never_->addWidget(muted(tr("None."), this));
+}
+
+QStringList SettingsPage::setAside() const {
+    QStringList out;
+    for (const QLabel* label : findChildren<QLabel*>(QStringLiteral("setAside"))) out << label->text();
+    return out;
+}

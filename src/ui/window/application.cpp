@@ -1,0 +1,53 @@
+#include "ui/window/application.h"
+
+#include <QApplication>
+#include <QTimer>
+
+#include "model/model.h"
+#include "ui/hooks/shots.h"
+#include "ui/theme/theme.h"
+#include "ui/window/main_window.h"
+
+namespace Ui {
+
+bool hasDisplay() {
+    if (!qEnvironmentVariableIsEmpty("QUARLE_SHOT")) return true;
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (!platform.isEmpty())
+        return !platform.startsWith("offscreen") && !platform.startsWith("minimal");
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || !qEnvironmentVariableIsEmpty("DISPLAY");
+}
+
+int run(int& argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Quarle"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Quarle"));
+    Theme::rememberSystem();
+
+    // The model reads the preferences; the appearance and the tray state apply before the window
+    // first shows, and the scan starts after.
+    Model model;
+    Theme::apply(model.appearance());
+    MainWindow window(model);
+    const auto applyTray = [](bool show) { QApplication::setQuitOnLastWindowClosed(!show); };
+    model.applyMenuBar = applyTray;
+    applyTray(model.showMenuBar());
+    model.openWindow = [&window] {
+        window.showNormal();
+        window.raise();
+        window.activateWindow();
+    };
+    QObject::connect(&app, &QGuiApplication::applicationStateChanged, &model, [&model](Qt::ApplicationState s) {
+        if (s == Qt::ApplicationActive) model.recheckAccess();
+    });
+
+    const QString shots = qEnvironmentVariable("QUARLE_SHOT");
+    window.show();
+    QTimer::singleShot(0, &model, [&model] { model.start(); });
+    if (!shots.isEmpty()) Shots::take(window, model, shots);
+    const int status = app.exec();
+    window.hide();  // the model may still wait for work in flight; the window does not linger
+    return status;
+}
+
+}  // namespace Ui
