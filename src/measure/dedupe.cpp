@@ -2,17 +2,82 @@
 
 #include <algorithm>
 
-qint64 Dedupe::chargeLinked(qint32 device, quint64 fileID, qint64 allocated) {
+#include "core/checked.h"
+
+namespace {
+
+std::atomic<quint64> runs{0};
+
+// Adds [start, end) to the disjoint set, merging what it touches; returns the bytes not yet in it.
+quint64 insert(std::map<quint64, quint64>& set, quint64 start, quint64 end) {
+    auto it = set.upper_bound(start);
+    if (it != set.begin() && std::prev(it)->second >= start) --it;
+    quint64 covered = 0;
+    quint64 from = start;
+    quint64 to = end;
+    while (it != set.end() && it->first <= end) {
+        const quint64 lo = std::max(start, it->first);
+        const quint64 hi = std::min(end, it->second);
+        if (hi > lo) covered += hi - lo;
+        from = std::min(from, it->first);
+        to = std::max(to, it->second);
+        it = set.erase(it);
+    }
+    set.emplace_hint(it, from, to);
+    return (end - start) - covered;
+}
+
+}  // namespace
+
+Dedupe::Dedupe() : run_(++runs) {}
+
+bool Dedupe::firstSight(qint32 device, quint64 fileID) {
     std::lock_guard guard(lock_);
-    return links_.insert({device, fileID}).second ? allocated : 0;
+    return links_.insert({device, fileID}).second;
+}
+
+qint64 Dedupe::chargeShared(qint32 device, qint64 allocated, const std::vector<Extents::Range>& shared) {
+    quint64 sharedBytes = 0;
+    for (const Extents::Range& r : shared) sharedBytes += r.end - r.start;
+    const qint64 own = allocated - qint64(std::min<quint64>(sharedBytes, quint64(std::max<qint64>(allocated, 0))));
+    quint64 fresh = 0;
+    {
+        std::lock_guard guard(lock_);
+        std::map<quint64, quint64>& set = ranges_[device];
+        for (const Extents::Range& r : shared) fresh += insert(set, r.start, r.end);
+    }
+    return Checked::add(own, qint64(std::min<quint64>(fresh, quint64(allocated - own))));
+}
+
+bool Dedupe::canShare(qint32 device, int fd) {
+    struct Last {
+        quint64 run = 0;
+        qint32 device = 0;
+        bool answer = false;
+    };
+    thread_local Last last;
+    if (last.run == run_ && last.device == device) return last.answer;
+    bool answer = false;
+    {
+        std::lock_guard guard(lock_);
+        const auto it = sharing_.find(device);
+        if (it != sharing_.end()) answer = it->second;
+        else answer = sharing_[device] = Extents::canShare(fd);
+    }
+    last = {run_, device, answer};
+    return answer;
+}
+
+std::size_t Dedupe::rangeCount() {
+    std::lock_guard guard(lock_);
+    std::size_t n = 0;
+    for (const auto& [device, set] : ranges_) n += set.size();
+    return n;
 }
 
 qint64 Dedupe::charge(const Walker::Entry& e) {
-    if (e.links >= 2) {
-        {
-            std::lock_guard guard(lock_);
-            if (!links_.insert({e.device, e.fileID}).second) return 0;  // a further link
-        }
+    if (mayMeetTwice(e.links)) {
+        if (!firstSight(e.device, e.fileID)) return 0;  // a further link
         if (!e.mayShare) return e.allocated;
     }
     if (!e.mayShare) return e.allocated;

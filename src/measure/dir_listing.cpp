@@ -19,6 +19,7 @@ void fill(const struct statx& sx, DirListing::Stat& out) {
     out.hasModified = (sx.stx_mask & STATX_MTIME) != 0;
     out.modified = sx.stx_mtime.tv_sec;  // whole seconds: the nanoseconds are dropped
     out.device = deviceNumber(sx.stx_dev_major, sx.stx_dev_minor);
+    out.mountRoot = (sx.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) && (sx.stx_attributes & STATX_ATTR_MOUNT_ROOT);
 }
 
 }  // namespace
@@ -41,6 +42,15 @@ bool statOpen(int fd, Stat& out) {
     struct statx sx;
     if (::statx(fd, "", AT_EMPTY_PATH | AT_STATX_DONT_SYNC, statMask, &sx) != 0) return false;
     fill(sx, out);
+    return true;
+}
+
+bool mountOf(const char* path, qint32& device, quint64& mount) {
+    struct statx sx;
+    if (::statx(AT_FDCWD, path, AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &sx) != 0 || !(sx.stx_mask & STATX_MNT_ID))
+        return false;
+    device = deviceNumber(sx.stx_dev_major, sx.stx_dev_minor);
+    mount = sx.stx_mnt_id;
     return true;
 }
 

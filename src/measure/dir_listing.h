@@ -36,12 +36,15 @@ struct Stat {
     qint64 modified = 0;  // seconds
     bool hasModified = false;
     qint32 device = 0;
+    bool mountRoot = false;  // the root of a mount (a bind mount of this file system too)
 };
 
 // statx of `name` inside the open folder `dirFd`, never following a link.
 bool statAt(int dirFd, const char* name, Stat& out);
 // statx of the open folder itself.
 bool statOpen(int fd, Stat& out);
+// The device and mount of a path (a final link not followed).
+bool mountOf(const char* path, qint32& device, quint64& mount);
 
 Walker::Entry toEntry(const RawEntry& raw, const Stat& st);
 

@@ -9,6 +9,7 @@
 
 #include "core/checked.h"
 #include "core/paths.h"
+#include "measure/charging.h"
 #include "measure/dir_listing.h"
 #include "measure/dir_node.h"
 #include "measure/walker.h"
@@ -16,16 +17,31 @@
 SharedWalk::SharedWalk(const QStringList& roots, Options options)
     : options_(std::move(options)), dedupe_(options_.dedupe ? options_.dedupe : &ownDedupe_) {
     for (const QString& root : roots)
-        stack_.push_back({DirNodes::root(Paths::toBytes(root).toStdString()), int(stack_.size())});
+        stack_.push_back({DirNodes::root(Paths::toBytes(root).toStdString()), int(stack_.size()), true});
     totals_.resize(stack_.size());
     pending_.assign(stack_.size(), 1);
+    if (roots.size() > 1) noteBindMounts(roots);
 }
 
 SharedWalk::SharedWalk(const std::vector<DirNode*>& roots, Options options)
     : options_(std::move(options)), dedupe_(options_.dedupe ? options_.dedupe : &ownDedupe_) {
-    for (DirNode* root : roots) stack_.push_back({root, int(stack_.size())});
+    for (DirNode* root : roots) stack_.push_back({root, int(stack_.size()), true});
     totals_.resize(stack_.size());
     pending_.assign(stack_.size(), 1);
+}
+
+// Roots that are two mounts of one file system (bind mounts) reach the same files by two ways:
+// then every file is charged once by device and inode, not only hard links.
+void SharedWalk::noteBindMounts(const QStringList& roots) {
+    std::vector<std::pair<qint32, quint64>> seen;
+    for (const QString& root : roots) {
+        qint32 device = 0;
+        quint64 mount = 0;
+        if (!DirListing::mountOf(Paths::toBytes(root).constData(), device, mount)) continue;
+        for (const auto& [d, m] : seen)
+            if (d == device && m != mount) dedupe_->chargeEveryFile();
+        seen.emplace_back(device, mount);
+    }
 }
 
 SharedWalk::~SharedWalk() {
@@ -93,7 +109,7 @@ void SharedWalk::work() {
 
         tally = Tally{};
         subfolders.clear();
-        readFolder(item.node, tally, subfolders);
+        readFolder(item, tally, subfolders);
 
         bool completed = false;
         bool finished = false;
@@ -104,7 +120,7 @@ void SharedWalk::work() {
             std::lock_guard guard(lock_);
             drop = stopped_;
             if (!drop) {
-                for (DirNode* sub : subfolders) stack_.push_back({sub, item.root});
+                for (DirNode* sub : subfolders) stack_.push_back({sub, item.root, false});
                 totals_[std::size_t(item.root)].add(tally);
                 int& pending = pending_[std::size_t(item.root)];
                 pending += int(subfolders.size()) - 1;
@@ -130,24 +146,27 @@ void SharedWalk::work() {
     }
 }
 
-// Lists one folder: files are charged, subfolders queued. Only entries the directory does not
-// already name as folders or links are stat'ed.
-void SharedWalk::readFolder(DirNode* node, Tally& tally, std::vector<DirNode*>& subfolders) {
+// Lists one folder: its files are charged, subfolders queued. Only entries the
+// directory does not already name as folders or links are stat'ed. Another volume, or another mount
+// of this one, is not entered (nor called denied).
+void SharedWalk::readFolder(const Item& item, Tally& tally, std::vector<DirNode*>& subfolders) {
+    DirNode* node = item.node;
     const int fd = DirNodes::open(node);
     if (fd < 0) {
         tally.denied = 1;
         DirNodes::release(node);
         return;
     }
-    if (options_.device) {
-        DirListing::Stat self;
-        if (!DirListing::statOpen(fd, self) || self.device != *options_.device) {
-            ::close(fd);  // another volume mounted here: not entered, not denied
-            DirNodes::release(node);
-            return;
-        }
+    DirListing::Stat self;
+    const bool known = DirListing::statOpen(fd, self);
+    if ((options_.device && (!known || self.device != *options_.device)) || (known && self.mountRoot && !item.top)) {
+        ::close(fd);
+        DirNodes::release(node);
+        return;
     }
     Dedupe& dedupe = *dedupe_;
+    Charging::Folder folder{fd, 0, false};
+    if (known) folder = Charging::folder(dedupe, fd, self);
     const bool complete = DirListing::forEach(fd, [&](const DirListing::RawEntry& e) {
         if (e.type == DT_DIR) {
             subfolders.push_back(DirNodes::child(node, e.name, e.length));
@@ -159,7 +178,7 @@ void SharedWalk::readFolder(DirNode* node, Tally& tally, std::vector<DirNode*>& 
         if (st.isDir) {
             subfolders.push_back(DirNodes::child(node, e.name, e.length));
         } else if (st.isFile) {
-            tally.bytes = Checked::add(tally.bytes, dedupe.chargeFile(st.device, st.fileID, st.links, st.allocated));
+            tally.bytes = Checked::add(tally.bytes, Charging::file(dedupe, folder, e.name, st));
             ++tally.files;
             if (st.hasModified) tally.seen(st.modified);
         }

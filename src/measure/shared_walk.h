@@ -42,10 +42,12 @@ private:
     struct Item {
         DirNode* node;
         int root;
+        bool top;  // a root itself, entered even when it is the root of a mount
     };
 
     void work();
-    void readFolder(DirNode* node, Tally& tally, std::vector<DirNode*>& subfolders);
+    void readFolder(const Item& item, Tally& tally, std::vector<DirNode*>& subfolders);
+    void noteBindMounts(const QStringList& roots);
     void stopAll();
 
     Options options_;

@@ -12,6 +12,7 @@
 
 #include "core/checked.h"
 #include "core/paths.h"
+#include "measure/charging.h"
 #include "measure/dir_listing.h"
 #include "measure/dir_node.h"
 #include "measure/shared_walk.h"
@@ -60,19 +61,21 @@ Listed listExact(DirNode* node, const QString& folder, const ExactContext& cx) {
         DirNodes::release(node);
         return out;
     }
+    Charging::Folder here{fd, 0, false};
+    if (DirListing::Stat self; DirListing::statOpen(fd, self)) here = Charging::folder(*cx.dedupe, fd, self);
     const bool complete = DirListing::forEach(fd, [&](const DirListing::RawEntry& e) {
         if (e.type != DT_DIR && e.type != DT_REG && e.type != DT_UNKNOWN) return;
         DirListing::Stat st;
         if (!DirListing::statAt(fd, e.name, st)) return;
         const qint64 modified = st.hasModified ? st.modified : Tally::noDate;
         if (st.isDir) {
-            if (cx.device && st.device != *cx.device) return;  // another volume: not entered
+            if ((cx.device && st.device != *cx.device) || st.mountRoot) return;  // another mount: not entered
             out.kids.push_back({std::string(e.name, e.length), true, 0, modified,
                                 DirNodes::child(node, e.name, e.length)});
             return;
         }
         if (!st.isFile) return;
-        const qint64 charge = cx.dedupe->chargeFile(st.device, st.fileID, st.links, st.allocated);
+        const qint64 charge = Charging::file(*cx.dedupe, here, e.name, st);
         out.seen.bytes = Checked::add(out.seen.bytes, charge);
         ++out.seen.files;
         const bool ownNode =
@@ -224,6 +227,8 @@ QList<SpaceNode> children(const QString& path, const Cancelled& cancelled,
         return {};
     }
     Dedupe dedupe;
+    Charging::Folder here{fd, 0, false};
+    if (DirListing::Stat self; DirListing::statOpen(fd, self)) here = Charging::folder(dedupe, fd, self);
     QList<SpaceNode> nodes;
     std::vector<DirNode*> subfolders;
     QList<SpaceNode> folderNodes;
@@ -239,9 +244,9 @@ QList<SpaceNode> children(const QString& path, const Cancelled& cancelled,
         n.isDir = st.isDir;
         if (st.hasModified) n.modified = dateFromSeconds(st.modified);
         if (st.isFile) {
-            n.bytes = dedupe.chargeFile(st.device, st.fileID, st.links, st.allocated);
+            n.bytes = Charging::file(dedupe, here, e.name, st);
             nodes.append(std::move(n));
-        } else if (st.device == *dev) {
+        } else if (st.device == *dev && !st.mountRoot) {
             subfolders.push_back(DirNodes::child(folder, e.name, e.length));
             folderNodes.append(std::move(n));
         }

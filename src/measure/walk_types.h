@@ -20,7 +20,7 @@ struct Entry {
     quint64 fileID = 0;   // inode number
     quint32 links = 1;    // hard-link count; 1 for anything but a regular file
     qint64 allocated = 0;  // bytes allocated on disk; 0 for anything but a regular file
-    qint64 privateSize = 0;  // bytes not shared with a clone (no clone lookups on Linux yet)
+    qint64 privateSize = 0;  // bytes not shared with a clone; 0 unless looked up
     quint64 cloneID = 0;
     bool mayShare = false;
     std::optional<QDateTime> modified;  // whole seconds

@@ -5,10 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <vector>
 
 #include "core/paths.h"
 #include "measure/dir_listing.h"
+#include "measure/extents.h"
 #include "measure/shared_walk.h"
 
 namespace Walker {
@@ -74,6 +77,19 @@ std::optional<qint32> device(const QString& path) {
     return deviceNumber(st.st_dev);
 }
 
-std::optional<std::pair<qint64, quint64>> cloneInfo(const QString&) { return std::nullopt; }
+std::optional<std::pair<qint64, quint64>> cloneInfo(const QString& path) {
+    const int fd = ::open(Paths::toBytes(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0) return std::nullopt;
+    struct stat st;
+    std::vector<Extents::Range> shared;
+    const bool ok = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && Extents::canShare(fd) && Extents::sharedOf(fd, shared);
+    ::close(fd);
+    if (!ok) return std::nullopt;
+    qint64 sharedBytes = 0;
+    for (const Extents::Range& r : shared) sharedBytes += qint64(r.end - r.start);
+    const qint64 allocated = qint64(st.st_blocks) * 512;
+    // The family is named by where its first shared block lies; 0 when nothing is shared.
+    return std::pair{std::max<qint64>(allocated - sharedBytes, 0), shared.empty() ? 0 : shared.front().start + 1};
+}
 
 }  // namespace Walker

@@ -40,7 +40,8 @@ WalkResult size(const QString& path, bool parallel, const Cancelled& cancelled =
 // The device of the path itself (a link is not followed); nothing when it cannot be read.
 std::optional<qint32> device(const QString& path);
 
-// Private bytes and clone identifier of a shared-block file. Linux offers no such lookup yet.
+// Bytes no other file shares and a clone identifier (where its first shared block lies, 0 when it
+// shares none) of a file on a file system that can share blocks; nothing elsewhere or on failure.
 std::optional<std::pair<qint64, quint64>> cloneInfo(const QString& path);
 
 // The size tree of a folder: `depth` levels listed exactly, each folder below summed as a whole.
