@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "cli/option_checks.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
@@ -142,3 +143,5 @@ int runDu(const QStringList& args) {
     if (options->json) Out::raw(jsonOut.toText());
     return status;
 }
+
+bool duOptionsParse(const QStringList& args) { return parse(args).has_value(); }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "cli/option_checks.h"
 #include "cli/model_run.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
@@ -133,3 +134,5 @@ int runOrphanRemoval(const QStringList& args) {
     model.askRemoveOrphan(orphan);
     return confirmAndPerform(model, *o);
 }
+
+bool appOptionsParse(const QString& verb, const QStringList& args) { return parse(verb, args).has_value(); }
