@@ -2,6 +2,8 @@
 
 #include <plist/plist.h>
 
+#include <cstring>
+
 #include <QDateTime>
 #include <memory>
 
@@ -30,9 +32,12 @@ QVariant convert(plist_t node, int depth) {
     if (depth > deepestNesting) return {};
     switch (plist_get_node_type(node)) {
     case PLIST_STRING: {
-        char* s = nullptr;
-        plist_get_string_val(node, &s);
-        return takeString(s);
+        // A NUL byte inside an XML string makes libplist's plist_get_string_val abort; such a
+        // string is damaged and reads as no value.
+        uint64_t length = 0;
+        const char* s = plist_get_string_ptr(node, &length);
+        if (!s || std::strlen(s) != length) return {};
+        return QString::fromUtf8(s, qsizetype(length));
     }
     case PLIST_BOOLEAN: {
         uint8_t b = 0;
@@ -92,12 +97,48 @@ QVariant convert(plist_t node, int depth) {
     }
 }
 
+// libplist 2.2 aborts on an assertion when a dictionary key or a string of a binary property list
+// holds a NUL character (a UTF-16 string can); such a file is damaged, so it is looked for first.
+bool binaryStringHoldsNul(const QByteArray& data) {
+    const auto* base = reinterpret_cast<const uchar*>(data.constData());
+    const quint64 size = quint64(data.size());
+    if (!data.startsWith("bplist00") || size < 8 + 32) return false;
+    const auto number = [&](quint64 at, int n) {
+        quint64 v = 0;
+        for (int i = 0; i < n; ++i) v = v << 8 | base[at + i];
+        return v;
+    };
+    const int offsetSize = base[size - 32 + 6];
+    const quint64 count = number(size - 32 + 8, 8), table = number(size - 32 + 24, 8);
+    // A trailer libplist refuses anyway.
+    if (offsetSize < 1 || offsetSize > 8 || table >= size || count > (size - table) / quint64(offsetSize)) return false;
+    for (quint64 i = 0; i < count; ++i) {
+        const quint64 at = number(table + i * quint64(offsetSize), offsetSize);
+        if (at >= size) continue;
+        const uchar kind = base[at] & 0xF0;
+        if (kind != 0x50 && kind != 0x60) continue;  // ASCII and UTF-16 strings
+        quint64 length = base[at] & 0x0F, start = at + 1;
+        if (length == 0x0F) {  // the length follows as an integer object
+            if (start >= size || (base[start] & 0xF0) != 0x10) continue;
+            const int n = 1 << (base[start] & 0x0F);
+            if (n > 8 || start + 1 + quint64(n) > size) continue;
+            length = number(start + 1, n);
+            start += 1 + quint64(n);
+        }
+        const int unit = kind == 0x60 ? 2 : 1;
+        if (length > (size - start) / quint64(unit)) continue;
+        for (quint64 k = 0; k < length; ++k)
+            if (base[start + k * unit] == 0 && (unit == 1 || base[start + k * unit + 1] == 0)) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 namespace PropertyList {
 
 std::optional<QVariantMap> parse(const QByteArray& data) {
-    if (data.isEmpty()) return std::nullopt;
+    if (data.isEmpty() || binaryStringHoldsNul(data)) return std::nullopt;
     plist_t raw = nullptr;
     plist_from_memory(data.constData(), uint32_t(data.size()), &raw);
     const PlistPtr root(raw);

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <algorithm>
 
+#include "cli/option_checks.h"
 #include "cli/model_run.h"
 #include "cli/options.h"
 #include "cli/output.h"
@@ -220,3 +221,5 @@ int runClean(const QStringList& args) {
         Out::line(QStringLiteral("History entry: ") + report.entry->toString(QUuid::WithoutBraces).toUpper());
     return status;
 }
+
+bool cleanOptionsParse(const QStringList& args) { return parse(args).has_value(); }

@@ -10,6 +10,7 @@
 
 #include "cli/history_lookup.h"
 #include "cli/options.h"
+#include "cli/option_checks.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
@@ -135,3 +136,5 @@ int runDu(const QStringList& args) {
     if (options->json) Out::raw(jsonOut.toText());
     return status;
 }
+
+bool duOptionsParse(const QStringList& args) { return parse(args).has_value(); }

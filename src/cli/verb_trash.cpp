@@ -1,5 +1,6 @@
 // quarle trash [--title T] PATH…
 
+#include "cli/option_checks.h"
 #include "cli/history_lookup.h"
 #include "cli/options.h"
 #include "cli/output.h"
@@ -63,3 +64,5 @@ int runTrash(const QStringList& args) {
     }
     return outcome.refused.isEmpty() && outcome.failed.isEmpty() ? 0 : 1;
 }
+
+bool trashOptionsParse(const QStringList& args) { return parse(args).has_value(); }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "cli/option_checks.h"
 #include "cli/model_run.h"
 #include "cli/options.h"
 #include "cli/output.h"
@@ -132,3 +133,5 @@ int runOrphanRemoval(const QStringList& args) {
     model.askRemoveOrphan(orphan);
     return confirmAndPerform(model, *o);
 }
+
+bool appOptionsParse(const QString& verb, const QStringList& args) { return parse(verb, args).has_value(); }

@@ -143,9 +143,11 @@ std::optional<quint64> jsonUInt64(const QJsonValue& v) {
 
 std::optional<QDateTime> jsonDate(const QJsonValue& v) {
     if (!v.isString()) return std::nullopt;
-    QDateTime d = QDateTime::fromString(v.toString(), Qt::ISODate);
-    if (!d.isValid()) return std::nullopt;
-    return d.toUTC();
+    const QDateTime d = QDateTime::fromString(v.toString(), Qt::ISODate).toUTC();
+    // An offset can carry a date past year 9999 (or before 1) in UTC, which ISO text cannot hold:
+    // written back it would be empty, and the whole file unreadable.
+    if (!d.isValid() || d.date().year() < 1 || d.date().year() > 9999) return std::nullopt;
+    return d;
 }
 
 JsonFields::JsonFields(const QJsonValue& value) : object_(value.toObject()), ok_(value.isObject()) {}

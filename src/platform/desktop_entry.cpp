@@ -6,8 +6,9 @@
 
 QString DesktopEntry::program() const { return CommandLine::program(exec); }
 
-std::optional<DesktopEntry> DesktopEntry::read(const QString& path) {
-    const auto file = KeyFile::read(path, KeyFile::Syntax::desktopEntry);
+namespace {
+
+std::optional<DesktopEntry> fromFile(const std::optional<KeyFile>& file, const QString& path) {
     static const QString group = QStringLiteral("Desktop Entry");
     if (!file || !file->hasGroup(group)) return std::nullopt;
     const auto text = [&](const char* key) { return file->value(group, QLatin1String(key)).value_or(QString()); };
@@ -30,4 +31,14 @@ std::optional<DesktopEntry> DesktopEntry::read(const QString& path) {
     e.hidden = file->flag(group, QStringLiteral("Hidden")).value_or(false);
     e.autostartEnabled = file->flag(group, QStringLiteral("X-GNOME-Autostart-enabled"));
     return e;
+}
+
+}  // namespace
+
+std::optional<DesktopEntry> DesktopEntry::read(const QString& path) {
+    return fromFile(KeyFile::read(path, KeyFile::Syntax::desktopEntry), path);
+}
+
+std::optional<DesktopEntry> DesktopEntry::parse(const QByteArray& data, const QString& path) {
+    return fromFile(KeyFile::parse(data, KeyFile::Syntax::desktopEntry), path);
 }

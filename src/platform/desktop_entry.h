@@ -3,6 +3,7 @@
 // keys Quarle reads. Localized keys are ignored: the untranslated Name is the one other tools
 // match against too.
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -26,6 +27,8 @@ struct DesktopEntry {
     // Nothing when the file cannot be read, is damaged, has no "[Desktop Entry]" group, or its Exec
     // leaves a quote open.
     static std::optional<DesktopEntry> read(const QString& path);
+    // The same from the file's text.
+    static std::optional<DesktopEntry> parse(const QByteArray& data, const QString& path);
 
     bool operator==(const DesktopEntry&) const = default;
 };

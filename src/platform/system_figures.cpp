@@ -28,13 +28,17 @@ std::optional<dev_t> deviceOf(const QString& path) {
 
 namespace SystemFigures {
 
-// The longest mount point of /proc/self/mountinfo that contains the path (fields: id, parent,
-// major:minor, root, mount point, …).
+// The longest mount point of /proc/self/mountinfo that contains the path.
 QString mountPointOf(const QString& path) {
     QFile info(QStringLiteral("/proc/self/mountinfo"));
+    if (!info.open(QIODevice::ReadOnly)) return QStringLiteral("/");
+    return mountPointIn(info.readAll(), path);
+}
+
+// Fields: id, parent, major:minor, root, mount point, …
+QString mountPointIn(const QByteArray& mountinfo, const QString& path) {
     QString best = QStringLiteral("/");
-    if (!info.open(QIODevice::ReadOnly)) return best;
-    for (const QByteArray& line : info.readAll().split('\n')) {
+    for (const QByteArray& line : mountinfo.split('\n')) {
         const QList<QByteArray> fields = line.split(' ');
         if (fields.size() < 5) continue;
         const QString p = Paths::fromBytes(unescapeOctal(fields[4]));

@@ -29,6 +29,8 @@ QList<SwapArea> parseSwapAreas(const QByteArray& text);
 QByteArray unescapeOctal(const QByteArray& text);
 // The mount point of the file system that holds `path` (an absolute, resolved path).
 QString mountPointOf(const QString& path);
+// The same from the text of a mountinfo file.
+QString mountPointIn(const QByteArray& mountinfo, const QString& path);
 
 struct Space {
     QString mountPoint;  // where the file system holding the path is mounted

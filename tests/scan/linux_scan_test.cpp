@@ -70,25 +70,17 @@ TEST_F(LinuxScanTest, FindingsOnALinuxHome) {
 
     // One part per child of .cache that no row owns; the state apps keep and logins never.
     EXPECT_EQ(partNames(findingOf(r, "xdgcache")), QStringList({"fontconfig", "motd.legal-displayed", "spotify", "tracker3"}));
-    EXPECT_EQ(findingOf(r, "xdgcache")->place, "~/.cache · 4 folders");
     noPartTwice(r);
     for (const QString& path : allParts(r))
         for (const char* kept : {"keepassxc", "obexd", "gh-token", "huggingface/token", "huggingface/stored_tokens"})
             EXPECT_FALSE(Paths::isWithin(path, linux.inCache(kept))) << path.toStdString();
     EXPECT_EQ(partNames(findingOf(r, "huggingface")), QStringList({"hub"}));
 
-    EXPECT_EQ(partNames(findingOf(r, "rustup")),
-              QStringList({"nightly-2023-01-01-x86_64-unknown-linux-gnu", "stable-x86_64-unknown-linux-gnu"}));
-    EXPECT_EQ(partNames(findingOf(r, "jetbrains")), QStringList({"IntelliJIdea2024.1", "PyCharm2022.2"}));
     EXPECT_EQ(partNames(findingOf(r, "electroncaches")),
               QStringList({"Code · Cache", "Code · CachedData", "Code · CachedExtensionVSIXs", "Code · Code Cache",
                            "Code · GPUCache", "Slack · Cache", "Slack · DawnCache", "discord · GPUCache"}));
-    EXPECT_EQ(findingOf(r, "electroncaches")->place, "~/.config · 3 apps");
     EXPECT_EQ(partNames(findingOf(r, "flatpakcaches")),
               QStringList({"com.spotify.Client", "org.gnome.Maps", "org.mozilla.firefox"}));
-    EXPECT_EQ(findingOf(r, "flatpakcaches")->place, "~/.var/app · 3 apps");
-    for (const char* kept : {"bazel", "gomodules", "containers", "rootlessdocker"})
-        EXPECT_EQ(findingOf(r, kept)->removal, Removal::none()) << kept;
 
     // The early rows hold the Linux rules measured by the same walk (what lies below its exact
     // levels), never a kept one.

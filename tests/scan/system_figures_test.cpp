@@ -10,17 +10,6 @@
 #include "support/files.h"
 #include "support/sandbox.h"
 
-TEST(SystemFigures, SwapIsTheUsedColumnSummed) {
-    EXPECT_EQ(SystemFigures::parseSwaps(""), 0);
-    EXPECT_EQ(SystemFigures::parseSwaps("Filename\t\t\t\tType\t\tSize\t\tUsed\t\tPriority\n"), 0);
-    EXPECT_EQ(SystemFigures::parseSwaps("Filename Type Size Used Priority\n"
-                                        "/dev/sda2                               partition\t8388604\t\t1024\t\t-2\n"
-                                        "/swapfile                               file\t\t2097148\t\t3\t\t-3\n"
-                                        "garbage line\n"),
-              (1024 + 3) * 1024);
-    EXPECT_GE(Scanner::swapUsed(), 0);
-}
-
 TEST(SystemFigures, VolumeAndTemporaryFolder) {
     const Volume v = Scanner::volume();
     EXPECT_GT(v.total, 0);
