@@ -166,6 +166,7 @@ TEST(ScanLifecycle, ProgressIsCopiedOnTheTimer) {
         return n;
     };
     EXPECT_EQ(progressTimers(), 1);
+    ASSERT_TRUE(waitFor([&] { return model.landings().waiting(Job::scan) == 1; }));  // the walk has returned
     model.landings().releaseAll(Job::scan);
     EXPECT_EQ(progressTimers(), 0) << "the finished scan's timer is gone";
 }
