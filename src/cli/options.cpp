@@ -10,7 +10,7 @@ std::optional<QString> Parsed::value(const char* option) const {
     return *it;
 }
 
-std::optional<Parsed> parse(const QString& verb, const QStringList& args, const Spec& spec, const QString& usage) {
+std::optional<Parsed> parse(const QString& verb, const QStringList& args, const Known& known, const QString& usage) {
     Parsed p;
     const auto wrong = [&](const QString& why) {
         Out::error(why + QStringLiteral(": quarle ") + usage);
@@ -28,9 +28,9 @@ std::optional<Parsed> parse(const QString& verb, const QStringList& args, const 
         }
         const qsizetype eq = a.indexOf(QLatin1Char('='));
         const QString name = eq < 0 ? a : a.left(eq);
-        if (spec.flags.contains(name) && eq < 0) {
+        if (known.flags.contains(name) && eq < 0) {
             p.flags.insert(name);
-        } else if (spec.valued.contains(name)) {
+        } else if (known.valued.contains(name)) {
             if (eq >= 0) {
                 p.values.insert(name, a.mid(eq + 1));
             } else if (i + 1 < args.size()) {

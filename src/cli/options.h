@@ -10,7 +10,7 @@
 
 namespace Options {
 
-struct Spec {
+struct Known {
     QStringList flags;   // "--json", …
     QStringList valued;  // "--title", …
 };
@@ -25,7 +25,7 @@ struct Parsed {
 };
 
 // The parsed command line, or nothing after an error line naming the verb and its `usage`.
-std::optional<Parsed> parse(const QString& verb, const QStringList& args, const Spec& spec, const QString& usage);
+std::optional<Parsed> parse(const QString& verb, const QStringList& args, const Known& known, const QString& usage);
 
 // For the verbs whose only option is --json: whether it was given; nothing after an error line.
 std::optional<bool> json(const QString& verb, const QStringList& args);
