@@ -73,7 +73,8 @@ int runExpire(const QStringList& args) {
         return n;
     };
     const qsizetype before = inTrash();
-    const qint64 bytes = Remover::expire(store, days, QDateTime::currentDateTimeUtc());
+    const Remover::Emptied done = Remover::expire(store, days, QDateTime::currentDateTimeUtc());
+    const qint64 bytes = done.bytes;
     const qsizetype emptied = before - inTrash();
     Remover::syncWithTrash(store);
     if (emptied == 0) {
@@ -84,5 +85,8 @@ int runExpire(const QStringList& args) {
                       .arg(Fmt::count(emptied, QStringLiteral("entry"), QStringLiteral("entries")), Fmt::bytes(bytes),
                            Fmt::count(days, QStringLiteral("day"))));
     }
-    return 0;
+    for (const QString& path : done.left)
+        Out::error(QStringLiteral("Couldn't delete all of %1; what is left stays in the Trash.").arg(Fmt::path(path)));
+    if (!done.saved) Out::error(Sentences::historyNotSaved);
+    return done.left.isEmpty() && done.saved ? 0 : 1;
 }

@@ -50,6 +50,12 @@ int runTrash(const QStringList& args) {
     for (const QString& path : outcome.failed)
         Out::error(QStringLiteral("Couldn't move %1 to the Trash; it is still where it was.").arg(Fmt::path(path)));
 
+    for (const QString& path : outcome.holdingMounts)
+        Out::error(QStringLiteral("%1 holds a mounted drive or folder, which emptying the Trash would erase; it was "
+                                  "not moved. Unmount it first.")
+                       .arg(Fmt::path(path)));
+    if (!outcome.saved) Out::error(Sentences::historyNotSaved);
+
     const HistoryEntry& entry = outcome.entry;
     if (entry.moved.isEmpty()) {
         Out::line(QStringLiteral("Nothing was moved to the Trash."));
@@ -62,7 +68,9 @@ int runTrash(const QStringList& args) {
         Out::line(text);
         Out::line(QStringLiteral("History entry: ") + entry.id.toString(QUuid::WithoutBraces).toUpper());
     }
-    return outcome.refused.isEmpty() && outcome.failed.isEmpty() ? 0 : 1;
+    return outcome.refused.isEmpty() && outcome.failed.isEmpty() && outcome.holdingMounts.isEmpty() && outcome.saved
+               ? 0
+               : 1;
 }
 
 bool trashOptionsParse(const QStringList& args) { return parse(args).has_value(); }

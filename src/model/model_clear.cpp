@@ -118,7 +118,7 @@ void Model::perform(const Confirm& given, bool freeNow) {
             Removed r;
             if (!paths.isEmpty()) r.outcome = Remover::trash(paths, title, freeNow, *store, apps, known);
             for (const Finding& c : commands) {
-                if (Remover::command(c.removal.args, c.title, c.bytes, *store))
+                if (!Remover::command(c.removal.args, c.title, c.bytes, *store))
                     r.commandsDone.append(c);
                 else
                     r.commandsFailed.append(c.title);

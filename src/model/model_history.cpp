@@ -80,7 +80,11 @@ void Model::restore(const HistoryEntry& entry, const std::optional<QSet<QString>
             }
             afterAction();
             refindExtras(back);
-            ActionReport report = ActionReport::of(ActionReport::Kind::restore, Sentences::restored(r.count, r.notBack.size()));
+            QStringList reasons;
+            for (const Remover::NotBack& n : r.why) reasons.append(Sentences::whyNotBack(n.why));
+            QString toast = Sentences::restored(r.count, reasons, r.foldersIn);
+            if (!r.saved) toast += QLatin1Char(' ') + Sentences::historyNotSaved;
+            ActionReport report = ActionReport::of(ActionReport::Kind::restore, toast);
             report.bytes = bytes;
             report.notBack = r.notBack;
             finishAction(std::move(report));
@@ -154,16 +158,21 @@ void Model::emptyEntries(const QList<HistoryEntry>& entries) {
     assignToast(Sentences::emptying(total));
     assignJobs(jobs_ + 1);
     const std::shared_ptr<HistoryStore> store = store_;
-    inBackground(
+    inBackground<Remover::Emptied>(
         Priority::userInitiated, Job::emptying,
         [store, entries] {
-            for (const HistoryEntry& e : entries) Remover::empty(e, *store);
+            Remover::Emptied all;
+            for (const HistoryEntry& e : entries) all += Remover::empty(e, *store);
+            return all;
         },
-        [this, total] {
+        [this, total](Remover::Emptied done) {
             assignJobs(jobs_ - 1);
             trashChanged(total);
-            ActionReport report = ActionReport::of(ActionReport::Kind::emptying, Sentences::emptied(total));
-            report.bytes = total;
+            const qint64 freed = done.left.isEmpty() ? total : done.bytes;
+            QString toast = done.left.isEmpty() ? Sentences::emptied(total) : Sentences::emptiedPartly(freed, done.left.size());
+            if (!done.saved) toast += QLatin1Char(' ') + Sentences::historyNotSaved;
+            ActionReport report = ActionReport::of(ActionReport::Kind::emptying, toast);
+            report.failed = done.left;
             finishAction(std::move(report));
         });
 }

@@ -40,7 +40,7 @@ void Model::tidyTrash(bool expire, bool sync, std::function<void(qint64)> then) 
     inBackground<qint64>(
         Priority::utility, Job::expiry,
         [store, days, when, expire, sync] {
-            qint64 emptied = expire ? Remover::expire(*store, days, when) : 0;
+            qint64 emptied = expire ? Remover::expire(*store, days, when).bytes : 0;
             if (sync) emptied = Checked::add(emptied, Remover::syncWithTrash(*store));
             return emptied;
         },

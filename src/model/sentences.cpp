@@ -19,8 +19,44 @@ QString cleared(bool freeNow, qint64 bytes, qsizetype protectedCount, qsizetype 
 }
 
 QString restored(int count, qsizetype notBack) {
-    if (notBack == 0) return QStringLiteral("Put back %1 where they were.").arg(Fmt::count(count, QStringLiteral("item")));
-    return QStringLiteral("Put back %1. %2 couldn't go back: something is in their place.").arg(count).arg(notBack);
+    return restored(count, QStringList(notBack, QStringLiteral("something is in their place")), {});
+}
+
+QString restored(int count, const QStringList& reasons, const QStringList& foldersIn) {
+    QString text;
+    if (reasons.isEmpty()) {
+        text = QStringLiteral("Put back %1 where they were.").arg(Fmt::count(count, QStringLiteral("item")));
+    } else {
+        QStringList distinct;
+        for (const QString& r : reasons)
+            if (!distinct.contains(r)) distinct.append(r);
+        text = QStringLiteral("Put back %1. %2 couldn't go back: %3.")
+                   .arg(count)
+                   .arg(reasons.size())
+                   .arg(distinct.join(QStringLiteral("; ")));
+    }
+    for (const QString& title : foldersIn)
+        text += QStringLiteral(" Their folder is still in the Trash with \"%1\"; a private one was made in its place.")
+                    .arg(title);
+    return text;
+}
+
+QString whyNotBack(Trash::Back why) {
+    switch (why) {
+        case Trash::Back::occupied: return QStringLiteral("something is in their place");
+        case Trash::Back::missing: return QStringLiteral("they are no longer in the Trash");
+        case Trash::Back::noTrash: return QStringLiteral("the drive that holds them is not connected");
+        case Trash::Back::folderUnusable: return QStringLiteral("their folder can't be made or written");
+        case Trash::Back::beingEmptied: return QStringLiteral("they are being emptied from the Trash");
+        case Trash::Back::done:
+        case Trash::Back::failed: break;
+    }
+    return QStringLiteral("they could not be moved");
+}
+
+QString emptiedPartly(qint64 bytes, qsizetype left) {
+    return QStringLiteral("Emptied %1. %2 couldn't be deleted and stay in the Trash.")
+        .arg(Fmt::bytes(bytes), Fmt::count(left, QStringLiteral("item")));
 }
 
 QString emptying(qint64 bytes) { return QStringLiteral("Emptying %1 from the Trash…").arg(Fmt::bytes(bytes)); }

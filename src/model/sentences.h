@@ -2,6 +2,9 @@
 // Every sentence the model shows in a toast or a question, built from fixed pieces and Fmt.
 
 #include <QString>
+#include <QStringList>
+
+#include "removal/trash.h"
 
 namespace Sentences {
 
@@ -18,6 +21,16 @@ QString keepFor(int keepDays);
 // The toast after a removal: what was moved or freed, then how many were protected or stuck.
 QString cleared(bool freeNow, qint64 bytes, qsizetype protectedCount, qsizetype failedCount, int keepDays);
 QString restored(int count, qsizetype notBack);
+// `reasons`: why items did not go back, one phrase each; `foldersIn`: titles of the entries that
+// still hold folders that were made again.
+QString restored(int count, const QStringList& reasons, const QStringList& foldersIn);
+// Why one item did not go back, as a phrase.
+QString whyNotBack(Trash::Back why);
+// What an emptying did when `left` items (or parts of them) could not be deleted.
+QString emptiedPartly(qint64 bytes, qsizetype left);
+inline const QString historyNotSaved = QStringLiteral(
+    "History could not be saved (is the disk full?). The items are in the Trash, and Quarle will find them "
+    "again once it can write its History.");
 QString emptying(qint64 bytes);
 QString emptied(qint64 bytes);
 

@@ -4,8 +4,11 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <sys/sysmacros.h>
+
 #include <QList>
 #include <cerrno>
+#include <optional>
 #include <vector>
 
 #include "core/paths.h"
@@ -24,6 +27,23 @@ QList<QByteArray> components(const QString& path) {
 // A folder we own but may not change (a read-only tree in the Trash) is opened up before emptying.
 void allowChanges(int fd, const struct stat& st) {
     if (st.st_uid == ::geteuid() && (st.st_mode & 0700) != 0700) ::fchmod(fd, (st.st_mode & 07777) | 0700);
+}
+
+// The file system and the mount a folder is seen through. A folder mounted inside the tree (even a
+// bind mount of the same file system) differs in one of them.
+struct Place {
+    dev_t dev = 0;
+    quint64 mount = 0;
+    bool operator==(const Place&) const = default;
+};
+
+std::optional<Place> placeOf(int fd) {
+    struct statx sx;
+    if (::statx(fd, "", AT_EMPTY_PATH, STATX_INO | STATX_MNT_ID, &sx) != 0) return std::nullopt;
+    Place p;
+    p.dev = makedev(sx.stx_dev_major, sx.stx_dev_minor);
+    if (sx.stx_mask & STATX_MNT_ID) p.mount = sx.stx_mnt_id;
+    return p;
 }
 
 }  // namespace
@@ -97,13 +117,16 @@ bool removeAt(int dirFd, const QByteArray& name) {
         qsizetype next = 0;
     };
     struct stat top;
-    if (::fstat(dirFd, &top) != 0) return false;
+    const std::optional<Place> home = placeOf(dirFd);
+    if (::fstat(dirFd, &top) != 0 || !home) return false;
     std::vector<Level> levels;
     bool ok = true;
+    // Never leaves the file system and mount the tree lies on: a folder mounted inside stays as it
+    // is, with what holds it.
     const auto enter = [&](int parent, const QByteArray& child) -> UniqueFd {
         UniqueFd fd(::openat(parent, child.constData(), dirFlags));
         struct stat st;
-        if (!fd || ::fstat(fd.get(), &st) != 0) return {};
+        if (!fd || ::fstat(fd.get(), &st) != 0 || placeOf(fd.get()) != home) return {};
         allowChanges(fd.get(), st);
         levels.push_back({child, st.st_dev, st.st_ino, namesIn(fd.get()), 0});
         return fd;

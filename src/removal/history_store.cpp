@@ -24,11 +24,14 @@ constexpr time_t staleAfterSeconds = 60;
 // The whole file, or nothing when it cannot be read (`missing` tells apart a file not there).
 std::optional<QByteArray> readAll(const QString& path, bool& missing) {
     missing = false;
-    const UniqueFd fd(::open(Paths::toBytes(path).constData(), O_RDONLY | O_CLOEXEC));
+    // Never blocks on a pipe or device put in its place: anything but a plain file is damaged.
+    const UniqueFd fd(::open(Paths::toBytes(path).constData(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
     if (!fd) {
         missing = errno == ENOENT;
         return std::nullopt;
     }
+    struct stat st;
+    if (::fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode)) return std::nullopt;
     QByteArray bytes;
     char buf[1 << 16];
     for (;;) {
@@ -54,14 +57,16 @@ void moveAside(const QString& path) {
     }
 }
 
-// Sizes no disk could give (negative, or adding up past 64 bits) mark a damaged file.
+// Sizes no disk could give (negative, or adding up past 64 bits) mark a damaged file. Paths are
+// checked where they are acted on, so one odd path does not put the whole history aside.
 bool plausible(const QList<HistoryEntry>& list) {
     qint64 all = 0;
     for (const HistoryEntry& e : list) {
         if (e.bytes < 0 || __builtin_add_overflow(all, e.bytes, &all)) return false;
         qint64 sum = 0;
         for (const HistoryEntry::Moved& m : e.moved)
-            if (m.bytes < 0 || __builtin_add_overflow(sum, m.bytes, &sum)) return false;
+            if (m.bytes < 0 || __builtin_add_overflow(sum, m.bytes, &sum))
+                return false;
     }
     return true;
 }
@@ -82,7 +87,10 @@ void removeStaleTemporaries(const QString& path) {
 // An exclusive lock on the file beside the history, held while the descriptor lives. Without one (a
 // folder Quarle cannot write) the change goes ahead: the write fails anyway.
 UniqueFd lockBeside(const QString& path) {
-    UniqueFd fd(::open(Paths::toBytes(path + QStringLiteral(".lock")).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    UniqueFd fd(::open(Paths::toBytes(path + QStringLiteral(".lock")).constData(),
+                       O_RDWR | O_CREAT | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC, 0600));
+    struct stat st;
+    if (fd && (::fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode))) fd.reset();  // a pipe or device: no lock
     if (fd)
         while (::flock(fd.get(), LOCK_EX) != 0 && errno == EINTR) {
         }
@@ -147,21 +155,28 @@ std::optional<HistoryEntry> HistoryStore::current(const QUuid& id) const {
     return std::nullopt;
 }
 
-void HistoryStore::change(const std::function<void(QList<HistoryEntry>&)>& edit) {
+bool HistoryStore::change(const std::function<void(QList<HistoryEntry>&)>& edit) {
     QMutexLocker locker(&lock_);
     Dirs::makeDirs(Paths::parentOf(url_), 0700);
     const UniqueFd held = lockBeside(url_);
     refresh();
     edit(list_);
-    save();
+    return save();
 }
 
-void HistoryStore::add(const HistoryEntry& entry) {
-    change([&](QList<HistoryEntry>& list) { list.prepend(entry); });
+bool HistoryStore::add(const HistoryEntry& entry) {
+    return change([&](QList<HistoryEntry>& list) { list.prepend(entry); });
 }
 
-void HistoryStore::update(const HistoryEntry& entry) {
-    change([&](QList<HistoryEntry>& list) {
+bool HistoryStore::edit(const QUuid& id, const std::function<void(HistoryEntry&)>& apply) {
+    return change([&](QList<HistoryEntry>& list) {
+        for (HistoryEntry& e : list)
+            if (e.id == id) return apply(e);
+    });
+}
+
+bool HistoryStore::update(const HistoryEntry& entry) {
+    return change([&](QList<HistoryEntry>& list) {
         auto it = std::find_if(list.begin(), list.end(), [&](const HistoryEntry& e) { return e.id == entry.id; });
         if (it != list.end())
             *it = entry;
@@ -175,8 +190,9 @@ int HistoryStore::saves() const {
     return saves_;
 }
 
-void HistoryStore::save() {
-    if (!AtomicFile::write(url_, text_.of(list_))) return;
+bool HistoryStore::save() {
+    if (!AtomicFile::write(url_, text_.of(list_))) return false;
     ++saves_;
     known_ = stampOf(url_);
+    return true;
 }

@@ -31,10 +31,15 @@ public:
     const QString& url() const { return url_; }
     QList<HistoryEntry> entries() const;
     std::optional<HistoryEntry> current(const QUuid& id) const;
-    // Puts the entry first and saves.
-    void add(const HistoryEntry& entry);
+    // Puts the entry first and saves. False when the file could not be written (a full disk, a
+    // data folder that is a file): the change then lives only in this store.
+    bool add(const HistoryEntry& entry);
     // Replaces the entry with the same id (or puts it first when there is none) and saves.
-    void update(const HistoryEntry& entry);
+    bool update(const HistoryEntry& entry);
+    // Calls `apply` on the current entry `id` under the lock that every Quarle process takes, so
+    // that what it does on disk and in the entry happens with no other change in between; then
+    // saves. Nothing is applied when there is no such entry.
+    bool edit(const QUuid& id, const std::function<void(HistoryEntry&)>& apply);
     // How many times the file was written by this store.
     int saves() const;
 
@@ -53,8 +58,8 @@ private:
     // read or wrote it. A file that cannot be read is moved aside and the list kept.
     void refresh() const;
     void read() const;
-    void change(const std::function<void(QList<HistoryEntry>&)>& edit);
-    void save();  // with lock_ held
+    bool change(const std::function<void(QList<HistoryEntry>&)>& edit);
+    bool save();  // with lock_ held
 
     const QString url_;
     mutable QMutex lock_;

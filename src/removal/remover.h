@@ -16,6 +16,7 @@
 #include "removal/history_store.h"
 #include "removal/identity.h"
 #include "removal/refusal.h"
+#include "removal/trash.h"
 
 namespace Remover {
 
@@ -31,15 +32,39 @@ struct Outcome {
     HistoryEntry entry;  // one Moved per item that reached the Trash
     QList<Refused> refused;
     QStringList failed;  // resolved paths that passed the checks but could not be moved
+    QStringList holdingMounts;  // folders not moved because a drive or folder is mounted inside
+    QStringList vanished;       // moved away by something else between the check and the move
+    bool homeTrashUnusable = false;  // the home Trash is a link, someone else's or open to others
+    bool saved = true;  // false when History could not be written: the info files still name the entry
 
     bool operator==(const Outcome&) const = default;
+};
+
+// Why one item was not put back.
+struct NotBack {
+    QString original;
+    Trash::Back why;
+
+    bool operator==(const NotBack&) const = default;
 };
 
 struct Restored {
     int count = 0;
     QStringList notBack;  // original paths that could not go back
+    QList<NotBack> why;   // the same, each with its reason
+    QStringList foldersIn;  // titles of the entries that hold folders made again for the items put back
+    bool saved = true;
 
     bool operator==(const Restored&) const = default;
+};
+
+struct Emptied {
+    qint64 bytes = 0;
+    QStringList left;  // original paths of items (or parts of them) that could not be deleted
+    bool saved = true;
+
+    Emptied& operator+=(const Emptied& other);
+    bool operator==(const Emptied&) const = default;
 };
 
 // Checks each path, moves it to the Trash and records it in one entry, saved at the first item,
@@ -50,19 +75,20 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
               const QSet<QString>& apps = {}, const QHash<QString, qint64>& known = {});
 
 // Runs a command removal (300 seconds at most), or with the one word "empty-trash" empties the
-// home Trash. On success one entry that cannot be restored is recorded.
-bool command(const QStringList& args, const QString& title, qint64 bytes, HistoryStore& store);
+// home Trash. On success one entry that cannot be restored is recorded. Nothing when it went
+// well, else why not, in plain words.
+std::optional<QString> command(const QStringList& args, const QString& title, qint64 bytes, HistoryStore& store);
 
 // Puts the entry's items (or only those whose original path is in `only`) back where they were.
 Restored restore(const HistoryEntry& entry, const std::optional<QSet<QString>>& only, HistoryStore& store);
 
 // Deletes the entry's items from the Trash now and returns their bytes. Items in the Trash of a
-// drive that is not there now (unmounted) stay in the entry, to be emptied once it is back.
-qint64 empty(const HistoryEntry& entry, HistoryStore& store);
+// drive that is not there now (unmounted), and what could not be deleted, stay in the entry.
+Emptied empty(const HistoryEntry& entry, HistoryStore& store);
 
-// Empties the entries that have been in the Trash more than `days` days before `now`; returns
-// the bytes emptied. Below 1 day nothing expires.
-qint64 expire(HistoryStore& store, int days, const QDateTime& now);
+// Empties the entries that have been in the Trash more than `days` days before `now`. Below 1 day
+// nothing expires.
+Emptied expire(HistoryStore& store, int days, const QDateTime& now);
 
 // Takes into History the items Quarle moved just before an interruption, then marks what left the
 // Trash some other way (emptied or put back by another tool). Returns the bytes found gone.

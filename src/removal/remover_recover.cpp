@@ -27,7 +27,7 @@ constexpr qsizetype maxInfoSize = 64 * 1024;
 constexpr time_t abandonedAfterSeconds = 60;
 
 std::optional<QByteArray> readInfo(int infoFd, const QByteArray& name, struct stat& st) {
-    const UniqueFd fd(::openat(infoFd, name.constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+    const UniqueFd fd(::openat(infoFd, name.constData(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
     if (!fd || ::fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode) || st.st_size > maxInfoSize) return std::nullopt;
     QByteArray text(st.st_size, '\0');
     const ssize_t n = ::read(fd.get(), text.data(), std::size_t(text.size()));
@@ -85,12 +85,12 @@ int recoverInterrupted(HistoryStore& store) {
             if (!infoName.endsWith(infoSuffix) || infoName.size() == infoSuffix.size()) continue;
             const QByteArray item = infoName.chopped(infoSuffix.size());
             const QString trashed = can.root + QStringLiteral("/files/") + Paths::fromBytes(item);
-            if (recorded.contains(trashed)) continue;
+            if (recorded.contains(trashed) || !TrashDirs::isItemPath(trashed)) continue;  // "..trashinfo" names no item
             struct stat infoStat;
             const std::optional<QByteArray> text = readInfo(can.info.get(), infoName, infoStat);
             if (!text) continue;
             const std::optional<TrashInfo::Parsed> info = TrashInfo::parse(*text, can.base());
-            if (!info || info->entry.isNull() || !plausibleOrigin(info->original, can, realHome)) continue;  // not Quarle's
+            if (!info || info->entry.isNull() || !TrashDirs::isOriginalPath(info->original) || !plausibleOrigin(info->original, can, realHome)) continue;  // not Quarle's
             struct stat itemStat;
             if (::fstatat(can.files.get(), item.constData(), &itemStat, AT_SYMLINK_NOFOLLOW) != 0) {
                 // Written just before an interruption, the move never happened: the item stayed put.

@@ -1,6 +1,9 @@
 // Moving to the Trash, freeing at once, and command removals.
 
+#include <sys/stat.h>
+
 #include <QElapsedTimer>
+#include <cerrno>
 #include <QUuid>
 
 #include "core/checked.h"
@@ -11,6 +14,7 @@
 #include "removal/remover.h"
 #include "removal/safety.h"
 #include "removal/trash.h"
+#include "removal/trash_dirs.h"
 
 namespace {
 
@@ -53,11 +57,10 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
     Trash::Batch batch;
     const Safety::Checker safety(home);
 
+    const QStringList mounts = TrashDirs::mountPoints();
+
     const auto checkpoint = [&] {
-        if (saved < 0)
-            store.add(entry);
-        else
-            store.update(entry);
+        if (!(saved < 0 ? store.add(entry) : store.update(entry))) out.saved = false;
         saved = entry.moved.size();
         sinceCheckpoint.restart();
     };
@@ -67,10 +70,21 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
             out.refused.append({path, *verdict.refusal});
             continue;
         }
+        // A folder moved to the Trash with a drive mounted inside would have it emptied later.
+        if (TrashDirs::mountWithin(verdict.path, mounts)) {
+            out.holdingMounts.append(verdict.path);
+            continue;
+        }
         const qint64 bytes = sizeOf(path, verdict.path, known);
         const std::optional<Trash::Put> put = batch.put(verdict.path, entry.date, entry.id);
         if (!put) {
+            struct stat st;
+            if (::lstat(Paths::toBytes(verdict.path).constData(), &st) != 0 && errno == ENOENT) {
+                out.vanished.append(verdict.path);
+                continue;
+            }
             out.failed.append(verdict.path);
+            if (!TrashDirs::home(true)) out.homeTrashUnusable = true;
             continue;
         }
         entry.moved.append(movedItem(Paths::standardize(path, home), put->trashed, bytes, put->identity));
@@ -81,23 +95,29 @@ Outcome trash(const QStringList& paths, const QString& title, bool freeNow, Hist
     if (saved >= 0 ? saved != entry.moved.size() : !entry.moved.isEmpty()) checkpoint();
 
     if (freeNow && !entry.moved.isEmpty()) {
-        for (const HistoryEntry::Moved& m : std::as_const(entry.moved))
-            if (exists(m.trashed) && isOurs(m)) batch.erase(m.trashed);
-        entry.state = HistoryEntry::State::permanent;
-        store.update(entry);
+        const Emptied emptied = empty(entry, store);
+        if (!emptied.saved) out.saved = false;
+        if (emptied.left.isEmpty()) {
+            entry.state = HistoryEntry::State::permanent;
+            if (!store.edit(entry.id, [](HistoryEntry& e) { e.state = HistoryEntry::State::permanent; }))
+                out.saved = false;
+        } else {
+            out.failed += emptied.left;  // still in the Trash, listed in History
+        }
     }
     return out;
 }
 
-bool command(const QStringList& args, const QString& title, qint64 bytes, HistoryStore& store) {
+std::optional<QString> command(const QStringList& args, const QString& title, qint64 bytes, HistoryStore& store) {
     if (args == QStringList{QStringLiteral("empty-trash")}) {
-        if (!Trash::emptyHome()) return false;
+        if (!Trash::emptyHome()) return QStringLiteral("The Trash folder could not be opened.");
         syncWithTrash(store);
     } else if (!Shell::run(args, commandTimeout)) {
-        return false;
+        return QStringLiteral("%1 did not finish.").arg(args.value(0));
     }
-    store.add(newEntry(title, bytes, HistoryEntry::State::permanent));
-    return true;
+    if (!store.add(newEntry(title, bytes, HistoryEntry::State::permanent)))
+        return QStringLiteral("It was done, but History could not be saved.");
+    return std::nullopt;
 }
 
 }  // namespace Remover

@@ -18,6 +18,8 @@
 namespace {
 
 const QByteArray infoSuffix = ".trashinfo";
+// An item being erased is first renamed to a name of this form in its files/ folder.
+const QByteArray erasingPrefix = ".quarle-erasing-";
 // NAME.trashinfo must still fit the 255 bytes of a file name.
 constexpr qsizetype maxItemName = 255 - 10;
 // Names tried one after the other ("name", "name.2", …) before random ones are tried.
@@ -33,6 +35,7 @@ QByteArray candidate(const QByteArray& name, int n) {
     else if (n > 1)
         suffix = '.' + QByteArray::number(n);
     QByteArray base = name;
+    if (base.startsWith(erasingPrefix)) base.prepend('_');  // such names mean "being erased"
     if (base.size() + suffix.size() > maxItemName) {
         qsizetype cut = maxItemName - suffix.size();
         while (cut > 0 && (static_cast<unsigned char>(base[cut]) & 0xC0) == 0x80) --cut;
@@ -98,7 +101,10 @@ namespace Trash {
 Batch::Batch()
     : home_(Home::path()),
       realHome_(resolvedHome(home_)),
-      homeFd_(::open(Paths::toBytes(home_).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+      homeFd_(::open(Paths::toBytes(home_).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    struct stat st;
+    if (homeFd_ && ::fstat(homeFd_.get(), &st) == 0) homeDevice_ = st.st_dev;
+}
 
 const TrashCan* Batch::opened(const QString& key, const std::function<std::optional<TrashCan>()>& open) {
     auto it = cans_.find(key);
@@ -120,15 +126,15 @@ const TrashCan* Batch::topFor(const QString& resolved, dev_t device) {
 
 // The folder at `path`, opened below the home folder when it lies there (the home folder itself
 // may be reached through a link), else from "/"; no link is followed on the way.
-UniqueFd Batch::folder(const QString& path, bool create) {
+UniqueFd Batch::folder(const QString& path, bool create, mode_t mode) {
     if (homeFd_ && Paths::isWithin(path, realHome_))
-        return Dirs::openFrom(homeFd_.get(), realHome_, path, create, 0777);
-    if (homeFd_ && Paths::isWithin(path, home_)) return Dirs::openFrom(homeFd_.get(), home_, path, create, 0777);
-    return Dirs::open(path, QStringLiteral("/"), create, 0777);
+        return Dirs::openFrom(homeFd_.get(), realHome_, path, create, mode);
+    if (homeFd_ && Paths::isWithin(path, home_)) return Dirs::openFrom(homeFd_.get(), home_, path, create, mode);
+    return Dirs::open(path, QStringLiteral("/"), create, mode);
 }
 
 std::optional<Put> Batch::put(const QString& resolved, const QDateTime& date, const QUuid& entry) {
-    const UniqueFd parent = folder(Paths::parentOf(resolved), false);
+    const UniqueFd parent = folder(Paths::parentOf(resolved), false, 0700);
     const QByteArray name = nameOf(resolved);
     struct stat st;
     if (!parent || name.isEmpty() || ::fstatat(parent.get(), name.constData(), &st, AT_SYMLINK_NOFOLLOW) != 0)
@@ -137,6 +143,7 @@ std::optional<Put> Batch::put(const QString& resolved, const QDateTime& date, co
     const TrashCan* can =
         opened(Home::trashFolder() + QStringLiteral("/files"), [] { return TrashDirs::home(true); });
     bool triedTop = false;
+    if (!can && homeDevice_ && *homeDevice_ == st.st_dev) return std::nullopt;  // the home Trash or nothing
     if (!can || can->device != st.st_dev) {
         can = topFor(resolved, st.st_dev);
         triedTop = true;
@@ -156,18 +163,43 @@ std::optional<Put> Batch::put(const QString& resolved, const QDateTime& date, co
 }
 
 Back Batch::putBack(const QString& trashed, const QString& original) {
+    if (isBeingErased(trashed)) return Back::beingEmptied;
     const TrashCan* can = holding(trashed);
-    if (!can || !original.startsWith(QLatin1Char('/')) || original == QLatin1String("/")) return Back::failed;
-    const UniqueFd parent = folder(Paths::parentOf(original), true);
-    if (!parent) return Back::failed;
+    if (!can) return Back::noTrash;
+    if (!TrashDirs::isOriginalPath(original)) return Back::failed;
+    // Folders that are gone are made private: what they held may have been private too.
+    const UniqueFd parent = folder(Paths::parentOf(original), true, 0700);
+    if (!parent) return Back::folderUnusable;
     const QByteArray name = nameOf(trashed);
     if (::renameat2(can->files.get(), name.constData(), parent.get(), nameOf(original).constData(),
                     RENAME_NOREPLACE) != 0) {
         if (errno == EEXIST) return Back::occupied;
-        return errno == ENOENT ? Back::missing : Back::failed;
+        if (errno == ENOENT) return Back::missing;
+        return errno == EACCES || errno == EPERM || errno == EROFS ? Back::folderUnusable : Back::failed;
     }
+    // The item is back; an info file left behind only names it in the Trash listing until the next tidy.
     ::unlinkat(can->info.get(), (name + infoSuffix).constData(), 0);
     return Back::done;
+}
+
+std::optional<QString> Batch::claim(const QString& trashed) {
+    if (isBeingErased(trashed)) return trashed;
+    const TrashCan* can = holding(trashed);
+    if (!can) return std::nullopt;
+    const QByteArray name = nameOf(trashed);
+    for (int n = 0; n < randomTries; ++n) {
+        const QByteArray hidden =
+            erasingPrefix + QByteArray::number(QRandomGenerator::global()->generate64(), 16);
+        if (::renameat2(can->files.get(), name.constData(), can->files.get(), hidden.constData(), RENAME_NOREPLACE) != 0) {
+            if (errno == EEXIST) continue;
+            return std::nullopt;
+        }
+        // The info file follows, so that other tools list the item under its new name.
+        ::renameat2(can->info.get(), (name + infoSuffix).constData(), can->info.get(),
+                    (hidden + infoSuffix).constData(), RENAME_NOREPLACE);
+        return Paths::parentOf(trashed) + QLatin1Char('/') + Paths::fromBytes(hidden);
+    }
+    return std::nullopt;
 }
 
 bool Batch::erase(const QString& trashed) {
@@ -175,8 +207,12 @@ bool Batch::erase(const QString& trashed) {
     if (!can) return false;
     const QByteArray name = nameOf(trashed);
     if (!Dirs::removeAt(can->files.get(), name)) return false;  // what is left stays listed in the Trash
-    ::unlinkat(can->info.get(), (name + infoSuffix).constData(), 0);
+    if (::unlinkat(can->info.get(), (name + infoSuffix).constData(), 0) != 0 && errno != ENOENT) return false;
     return true;
+}
+
+bool isBeingErased(const QString& trashed) {
+    return Paths::toBytes(Paths::lastComponent(trashed)).startsWith(erasingPrefix);
 }
 
 std::optional<Put> put(const QString& resolved, const QDateTime& date, const QUuid& entry) {

@@ -23,7 +23,16 @@ struct Put {
     bool operator==(const Put&) const = default;
 };
 
-enum class Back { done, occupied, missing, failed };
+// What came of putting one item back. Every value but `done` leaves the item where it was.
+enum class Back {
+    done,
+    occupied,        // something is at the original place
+    missing,         // the item is no longer in the Trash
+    noTrash,         // its Trash folder is not there (a drive not connected) or not usable
+    folderUnusable,  // the folder it goes back to cannot be made or written
+    beingEmptied,    // it is being erased
+    failed,
+};
 
 // The Trash work on the items of one removal, restore or emptying. Each Trash folder, and the home
 // folder that items are opened below, is opened and checked once for the whole batch rather than
@@ -42,20 +51,32 @@ public:
     // removes its info file. Something at `original` (even a dangling link) is never replaced.
     Back putBack(const QString& trashed, const QString& original);
 
-    // Deletes `trashed` and then its info file; only inside a Trash that Quarle recognises.
+    // Renames `trashed` to a private name in the same files/ folder (its info file likewise) that
+    // marks it as being erased, and returns the new path; to be called under the History lock, so
+    // that a restore either moved the item before or sees it is being emptied.
+    std::optional<QString> claim(const QString& trashed);
+    // True when `trashed` lies directly in a Trash that Quarle recognises.
+    bool inTrash(const QString& trashed) { return holding(trashed) != nullptr; }
+
+    // Deletes `trashed` and then its info file; only inside a Trash that Quarle recognises, and
+    // never past a mount point inside it. False when something of it stayed.
     bool erase(const QString& trashed);
 
 private:
     const TrashCan* opened(const QString& key, const std::function<std::optional<TrashCan>()>& open);
     const TrashCan* holding(const QString& trashed);
     const TrashCan* topFor(const QString& resolved, dev_t device);
-    UniqueFd folder(const QString& path, bool create);
+    UniqueFd folder(const QString& path, bool create, mode_t mode);
 
     QString home_;      // as given, possibly reached through a link
     QString realHome_;  // resolved
     UniqueFd homeFd_;
+    std::optional<dev_t> homeDevice_;
     std::map<QString, std::optional<TrashCan>> cans_;  // by files/ folder or top folder; none: unusable
 };
+
+// True when `trashed` carries the private name of an item being erased.
+bool isBeingErased(const QString& trashed);
 
 // Single items, each its own batch.
 std::optional<Put> put(const QString& resolved, const QDateTime& date, const QUuid& entry);

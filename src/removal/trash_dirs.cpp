@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <QFile>
 
 #include "core/home.h"
 #include "core/paths.h"
@@ -98,10 +99,38 @@ std::optional<TrashCan> top(const QString& topdir, bool create) {
 
 QString mountPointOf(const QString& path) { return SystemFigures::mountPointOf(path); }
 
+bool isOriginalPath(const QString& original) {
+    return original.startsWith(QLatin1Char('/')) && original != QLatin1String("/") &&
+           Paths::standardize(original, QStringLiteral("/")) == original;
+}
+
+bool isItemPath(const QString& trashed) {
+    if (!isOriginalPath(trashed)) return false;
+    const QString name = Paths::lastComponent(trashed);
+    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") &&
+           !name.contains(QLatin1Char('/')) && Paths::lastComponent(Paths::parentOf(trashed)) == QLatin1String("files");
+}
+
+QStringList mountPoints() {
+    QStringList out;
+    QFile table(QStringLiteral("/proc/self/mountinfo"));
+    if (!table.open(QIODevice::ReadOnly)) return out;
+    for (const QByteArray& line : table.readAll().split('\n')) {
+        const QList<QByteArray> fields = line.split(' ');
+        if (fields.size() >= 5) out.append(Paths::fromBytes(SystemFigures::unescapeOctal(fields[4])));
+    }
+    return out;
+}
+
+std::optional<QString> mountWithin(const QString& path, const QStringList& points) {
+    for (const QString& point : points)
+        if (point != path && Paths::isWithin(point, path)) return point;
+    return std::nullopt;
+}
+
 std::optional<TrashCan> holding(const QString& trashed) {
+    if (!isItemPath(trashed)) return std::nullopt;  // "files/." would be the whole Trash
     const QString filesDir = Paths::parentOf(trashed);
-    if (Paths::lastComponent(filesDir) != QLatin1String("files") || Paths::lastComponent(trashed).isEmpty())
-        return std::nullopt;
     const QString root = Paths::parentOf(filesDir);
     if (root == Home::trashFolder()) return home(false);
 

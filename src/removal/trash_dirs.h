@@ -6,6 +6,7 @@
 #include <sys/types.h>
 
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 #include "removal/dirs.h"
@@ -40,6 +41,17 @@ QString mountPointOf(const QString& path);
 // The Trash whose files/ folder directly holds `trashed`, opened; nothing when `trashed` lies in
 // no Trash that Quarle recognises.
 std::optional<TrashCan> holding(const QString& trashed);
+
+// True for a path read from a file (History, an info file) that names exactly one item directly
+// inside a Trash's files/ folder: absolute, standardised, its name neither empty, "." nor "..".
+bool isItemPath(const QString& trashed);
+// True for an absolute, standardised path other than "/": a place an item can be put back to.
+bool isOriginalPath(const QString& original);
+
+// Every mount point of this process's view, from /proc/self/mountinfo.
+QStringList mountPoints();
+// The first of `points` that lies strictly inside the folder `path` (absolute, resolved).
+std::optional<QString> mountWithin(const QString& path, const QStringList& points);
 
 // This user's id as it appears in the names of top-folder Trash folders.
 QString uidText();

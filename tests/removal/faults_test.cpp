@@ -144,13 +144,13 @@ TEST_F(FaultTest, ItemsOnADriveThatIsAwayWaitForIt) {
     ASSERT_FALSE(Files::exists(entry.moved[0].trashed));
     EXPECT_EQ(Remover::syncWithTrash(store), 0);
     EXPECT_EQ(Remover::restore(entry, std::nullopt, store).count, 0);
-    EXPECT_EQ(Remover::expire(store, 1, entry.date.addDays(3)), 0);
+    EXPECT_EQ(Remover::expire(store, 1, entry.date.addDays(3)).bytes, 0);
     EXPECT_EQ(*store.current(entry.id), entry) << "still in the drive's Trash, all three";
 
     plugged = std::make_unique<TestMount>(TestMount::bind(drive, mnt));
     ASSERT_TRUE(plugged->ok());
     EXPECT_EQ(Remover::syncWithTrash(store), 0);
-    EXPECT_EQ(Remover::expire(store, 1, entry.date.addDays(3)), entry.bytes);
+    EXPECT_EQ(Remover::expire(store, 1, entry.date.addDays(3)).bytes, entry.bytes);
     EXPECT_EQ(store.current(entry.id)->state, HistoryEntry::State::emptied);
     EXPECT_TRUE(Fixture::namesIn(mnt + "/.Trash-" + QString::number(::geteuid()) + "/files").isEmpty());
 }

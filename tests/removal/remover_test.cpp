@@ -82,7 +82,8 @@ TEST_F(RemoverTest, ItemsThatLeftTheTrashElsewhereAreMarkedGoneButNeverConfused)
     EXPECT_FALSE(Remover::isOurs(entry.moved[1]));
     EXPECT_TRUE(Remover::goneFromTrash(entry.moved[1]));
     const Remover::Restored restored = Remover::restore(entry, std::nullopt, *store);
-    EXPECT_EQ(restored, (Remover::Restored{1, {paths[1]}}));
+    EXPECT_EQ(restored.count, 1);
+    EXPECT_EQ(restored.notBack, QStringList{paths[1]});
     EXPECT_EQ(only().state, State::restored);
     EXPECT_EQ(contents(entry.moved[1].trashed), "someone else's");
     EXPECT_FALSE(Files::exists(paths[1]));
@@ -93,7 +94,9 @@ TEST_F(RemoverTest, RestoreLeavesItemsWhoseplaceIsTakenAndPutsBackOnlyWhatIsAske
     const QStringList paths = files("b", 3);
     const HistoryEntry entry = Remover::trash(paths, "B", false, *store).entry;
     Files::writeText(paths[0], "new");
-    EXPECT_EQ(Remover::restore(entry, QSet<QString>{paths[0], paths[1]}, *store), (Remover::Restored{1, {paths[0]}}));
+    const Remover::Restored partly = Remover::restore(entry, QSet<QString>{paths[0], paths[1]}, *store);
+    EXPECT_EQ(partly.why, (QList<Remover::NotBack>{{paths[0], Trash::Back::occupied}}));
+    EXPECT_EQ(partly.count, 1);
     EXPECT_EQ(only().moved, (QList<HistoryEntry::Moved>{entry.moved[0], entry.moved[2]}));
     EXPECT_EQ(only().bytes, 8192);
     EXPECT_EQ(contents(paths[0]), "new");
@@ -116,11 +119,12 @@ TEST_F(RemoverTest, EmptyingAndExpiryTouchOnlyQuarlesOwnItemsInsideATrash) {
     store->add(forged);
 
     const QDateTime now = entry.date.addDays(2);
-    EXPECT_EQ(Remover::expire(*store, 0, now), 0) << "0 days keeps things until emptied";
-    EXPECT_EQ(Remover::expire(*store, 3, now), 8192) << "only the forged entry is that old";
+    EXPECT_EQ(Remover::expire(*store, 0, now).bytes, 0) << "0 days keeps things until emptied";
+    EXPECT_EQ(Remover::expire(*store, 3, now).bytes, 0) << "only the forged entry is that old; it frees nothing";
+    EXPECT_EQ(store->current(forged.id)->state, State::emptied);
     EXPECT_EQ(contents(precious), "precious0");
     EXPECT_EQ(contents(home + "/fake/.Trash-0/files/x"), "also precious");
-    EXPECT_EQ(Remover::expire(*store, 1, now), 8192);
+    EXPECT_EQ(Remover::expire(*store, 1, now).bytes, 8192);
     EXPECT_EQ(store->current(entry.id)->state, State::emptied);
     EXPECT_EQ(namesIn(trash + "/files"), (QStringList{"stray", "theirs"}));
     EXPECT_EQ(namesIn(trash + "/info"), QStringList{"theirs.trashinfo"});
@@ -135,11 +139,11 @@ TEST_F(RemoverTest, FreeNowCommandsAndEmptyingTheWholeTrash) {
 
     const HistoryEntry kept = Remover::trash(files("e", 2), "E", false, *store).entry;
     Files::writeText(trash + "/files/theirs", "x");
-    EXPECT_FALSE(Remover::command({"false"}, "Fails", 10, *store));
-    EXPECT_FALSE(Remover::command({"/no/such/tool"}, "Missing", 10, *store));
+    EXPECT_TRUE(Remover::command({"false"}, "Fails", 10, *store));
+    EXPECT_TRUE(Remover::command({"/no/such/tool"}, "Missing", 10, *store));
     EXPECT_EQ(store->entries().size(), 2);
-    EXPECT_TRUE(Remover::command({"true"}, "Simulators", 10, *store));
-    EXPECT_TRUE(Remover::command({"empty-trash"}, "Trash", 5000, *store));
+    EXPECT_FALSE(Remover::command({"true"}, "Simulators", 10, *store));
+    EXPECT_FALSE(Remover::command({"empty-trash"}, "Trash", 5000, *store));
     EXPECT_TRUE(namesIn(trash + "/files").isEmpty() && namesIn(trash + "/info").isEmpty());
     const QList<HistoryEntry> all = store->entries();
     ASSERT_EQ(all.size(), 4);

@@ -47,7 +47,7 @@ TEST(RemovalVerbs, TrashHistoryRestoreEmptyAndExpire) {
     EXPECT_EQ(restored.status, 1);
     EXPECT_EQ(restored.out, "Put back 0. 1 couldn't go back: something is in their place.\n    ~/Library/Caches/app/a\n");
     const Ran back = runQuarle({"restore", id, b(home + "/Library/Caches/app/b")});
-    EXPECT_EQ(back.out, "Put back 1 item where they were.\n");
+    EXPECT_EQ(back.out, "Put back 1 item where it was.\n");
     EXPECT_EQ(runQuarle({"expire"}).out, "Nothing of Quarle's has been in the Trash longer than 7 days.\n");
     EXPECT_EQ(runQuarle({"expire", "--days", "soon"}).status, 2);
     EXPECT_EQ(runQuarle({"empty", id}).status, 1) << "not without a yes";
