@@ -6,6 +6,7 @@
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/fmt.h"
+#include "core/home.h"
 #include "core/paths.h"
 #include "demo/demo.h"
 #include "model/sentences.h"
@@ -50,6 +51,14 @@ int runTrash(const QStringList& args) {
     for (const QString& path : outcome.failed)
         Out::error(QStringLiteral("Couldn't move %1 to the Trash; it is still where it was.").arg(Fmt::path(path)));
 
+    if (outcome.homeTrashUnusable)
+        Out::error(QStringLiteral("The Trash folder %1 is not safe to use: it is a link, belongs to someone else or "
+                                  "others may change it. Nothing goes to another Trash instead; put it right and try "
+                                  "again.")
+                       .arg(Fmt::path(Home::trashFolder())));
+    for (const QString& path : outcome.vanished)
+        Out::error(QStringLiteral("%1 was moved away by something else meanwhile; Quarle did nothing to it.")
+                       .arg(Fmt::path(path)));
     for (const QString& path : outcome.holdingMounts)
         Out::error(QStringLiteral("%1 holds a mounted drive or folder, which emptying the Trash would erase; it was "
                                   "not moved. Unmount it first.")
@@ -68,7 +77,8 @@ int runTrash(const QStringList& args) {
         Out::line(text);
         Out::line(QStringLiteral("History entry: ") + entry.id.toString(QUuid::WithoutBraces).toUpper());
     }
-    return outcome.refused.isEmpty() && outcome.failed.isEmpty() && outcome.holdingMounts.isEmpty() && outcome.saved
+    return outcome.refused.isEmpty() && outcome.failed.isEmpty() && outcome.holdingMounts.isEmpty() &&
+                   outcome.vanished.isEmpty() && outcome.saved
                ? 0
                : 1;
 }

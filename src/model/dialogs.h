@@ -64,6 +64,7 @@ struct ActionReport {
     QList<Remover::Refused> refused;   // left alone by the safety checks
     QStringList failed;                // paths that could not move, titles of failed commands
     QStringList notBack;               // originals a restore could not put back
+    bool saved = true;                 // false when History could not be written
 
     static ActionReport of(Kind kind, QString toast = {}) {
         ActionReport r;
@@ -71,6 +72,6 @@ struct ActionReport {
         r.toast = std::move(toast);
         return r;
     }
-    bool ok() const { return refused.isEmpty() && failed.isEmpty() && notBack.isEmpty(); }
+    bool ok() const { return refused.isEmpty() && failed.isEmpty() && notBack.isEmpty() && saved; }
     bool operator==(const ActionReport&) const = default;
 };

@@ -118,10 +118,11 @@ void Model::perform(const Confirm& given, bool freeNow) {
             Removed r;
             if (!paths.isEmpty()) r.outcome = Remover::trash(paths, title, freeNow, *store, apps, known);
             for (const Finding& c : commands) {
-                if (!Remover::command(c.removal.args, c.title, c.bytes, *store))
+                const std::optional<QString> why = Remover::command(c.removal.args, c.title, c.bytes, *store);
+                if (!why)
                     r.commandsDone.append(c);
                 else
-                    r.commandsFailed.append(c.title);
+                    r.commandsFailed.append(c.title + QStringLiteral(": ") + *why);
             }
             return r;
         },
@@ -177,12 +178,14 @@ void Model::landRemoval(const Confirm& confirm, bool freeNow, const Remover::Out
     // Only commands ran: nothing went to the Trash, so nothing can be restored from it.
     const bool freed = freeNow || (outcome.entry.moved.isEmpty() && outcome.refused.isEmpty() &&
                                    outcome.failed.isEmpty() && !commandsDone.isEmpty());
-    report.toast = Sentences::cleared(freed, bytes, outcome.refused.size(),
-                                      outcome.failed.size() + commandsFailed.size(), keepDays_);
+    report.failed = outcome.failed + outcome.holdingMounts + commandsFailed;
+    report.toast = Sentences::cleared(freed, bytes, outcome.refused.size(), report.failed.size(), keepDays_);
+    if (!outcome.vanished.isEmpty()) report.toast += QLatin1Char(' ') + Sentences::movedAway(outcome.vanished.size());
+    report.saved = outcome.saved;
+    if (!report.saved) report.toast += QLatin1Char(' ') + Sentences::historyNotSaved;
     if (!outcome.entry.moved.isEmpty()) report.entry = outcome.entry.id;
     report.bytes = bytes;
     report.refused = outcome.refused;
-    report.failed = outcome.failed + commandsFailed;
     finishAction(std::move(report));
 }
 

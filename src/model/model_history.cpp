@@ -87,6 +87,7 @@ void Model::restore(const HistoryEntry& entry, const std::optional<QSet<QString>
             ActionReport report = ActionReport::of(ActionReport::Kind::restore, toast);
             report.bytes = bytes;
             report.notBack = r.notBack;
+            report.saved = r.saved;
             finishAction(std::move(report));
         });
 }
@@ -173,6 +174,7 @@ void Model::emptyEntries(const QList<HistoryEntry>& entries) {
             if (!done.saved) toast += QLatin1Char(' ') + Sentences::historyNotSaved;
             ActionReport report = ActionReport::of(ActionReport::Kind::emptying, toast);
             report.failed = done.left;
+            report.saved = done.saved;
             finishAction(std::move(report));
         });
 }

@@ -25,7 +25,8 @@ QString restored(int count, qsizetype notBack) {
 QString restored(int count, const QStringList& reasons, const QStringList& foldersIn) {
     QString text;
     if (reasons.isEmpty()) {
-        text = QStringLiteral("Put back %1 where they were.").arg(Fmt::count(count, QStringLiteral("item")));
+        text = count == 1 ? QStringLiteral("Put back 1 item where it was.")
+                          : QStringLiteral("Put back %1 where they were.").arg(Fmt::count(count, QStringLiteral("item")));
     } else {
         QStringList distinct;
         for (const QString& r : reasons)
@@ -57,6 +58,11 @@ QString whyNotBack(Trash::Back why) {
 QString emptiedPartly(qint64 bytes, qsizetype left) {
     return QStringLiteral("Emptied %1. %2 couldn't be deleted and stay in the Trash.")
         .arg(Fmt::bytes(bytes), Fmt::count(left, QStringLiteral("item")));
+}
+
+QString movedAway(qsizetype count) {
+    return QStringLiteral("%1 moved away by something else meanwhile; Quarle did nothing to them.")
+        .arg(Fmt::count(count, QStringLiteral("item")));
 }
 
 QString emptying(qint64 bytes) { return QStringLiteral("Emptying %1 from the Trash…").arg(Fmt::bytes(bytes)); }

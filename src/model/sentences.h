@@ -28,6 +28,8 @@ QString restored(int count, const QStringList& reasons, const QStringList& folde
 QString whyNotBack(Trash::Back why);
 // What an emptying did when `left` items (or parts of them) could not be deleted.
 QString emptiedPartly(qint64 bytes, qsizetype left);
+// Items that something else moved between the check and the move.
+QString movedAway(qsizetype count);
 inline const QString historyNotSaved = QStringLiteral(
     "History could not be saved (is the disk full?). The items are in the Trash, and Quarle will find them "
     "again once it can write its History.");
