@@ -70,12 +70,15 @@ void trashAndKill(const QStringList& paths, int millis) {
 
 TEST_F(FaultTest, KilledWhileTrashingAThousandItems) {
     const QStringList originals = files(home + "/k", 1000);
+    const quint32 seed = Fixture::timingSeed();
+    QRandomGenerator timing(seed);
     for (int round = 0; round < 3; ++round) {
+        SCOPED_TRACE("QUARLE_TEST_SEED=" + std::to_string(seed));
         QStringList left;
         for (const QString& p : originals)
             if (Files::exists(p)) left.append(p);
         if (left.isEmpty()) break;
-        trashAndKill(left, QRandomGenerator::global()->bounded(50, 1200));
+        trashAndKill(left, int(timing.bounded(50, 1200)));
 
         const QList<HistoryEntry> saved = HistoryStore().entries();
         Fixture::expectEachOnce(originals, {trash}, saved, false);

@@ -37,8 +37,7 @@ struct Promises : ::testing::Test {
 // --- Nothing lost ---
 
 TEST_F(Promises, RestoreRacingAnEmptyingBringsBackAllOrNothing) {
-    const quint32 seed = QRandomGenerator::global()->generate();
-    std::printf("replay with seed %u\n", seed);
+    const quint32 seed = Fixture::timingSeed();
     QRandomGenerator timing(seed);
     for (int round = 0; round < 4; ++round) {
         const QString dir = folderOf("race", 2000);
@@ -54,7 +53,7 @@ TEST_F(Promises, RestoreRacingAnEmptyingBringsBackAllOrNothing) {
         const Remover::Restored back = Remover::restore(entry, std::nullopt, other);
         emptying.join();
         const State state = HistoryStore().current(entry.id)->state;
-        SCOPED_TRACE("seed " + std::to_string(seed) + " round " + std::to_string(round));
+        SCOPED_TRACE("QUARLE_TEST_SEED=" + std::to_string(seed) + " round " + std::to_string(round));
         if (back.count == 1) {
             EXPECT_EQ(Fixture::namesIn(dir).size(), 2000) << "put back whole";
             EXPECT_EQ(state, State::restored);

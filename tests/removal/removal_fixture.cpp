@@ -8,6 +8,8 @@
 #include <unistd.h>
 
 #include <QCryptographicHash>
+#include <QRandomGenerator>
+#include <cstdio>
 
 #include "core/home.h"
 #include "core/paths.h"
@@ -87,6 +89,14 @@ void expectEachOnce(const QStringList& originals, const QStringList& trashRoots,
         }
         EXPECT_EQ(places, 1) << original.toStdString();
     }
+}
+
+quint32 timingSeed() {
+    bool given = false;
+    quint32 seed = qEnvironmentVariable("QUARLE_TEST_SEED").toUInt(&given);
+    if (!given) seed = QRandomGenerator::global()->generate();
+    std::printf("random timings: replay with QUARLE_TEST_SEED=%u\n", seed);
+    return seed;
 }
 
 }  // namespace Fixture

@@ -31,4 +31,8 @@ QList<TrashItem> trashItems(const QString& root, const QString& base);
 void expectEachOnce(const QStringList& originals, const QStringList& trashRoots,
                     const QList<HistoryEntry>& history, bool recorded = true);
 
+// The seed of a test's random timings: QUARLE_TEST_SEED when set, else a fresh one. It is printed,
+// so that a failing run can be replayed.
+quint32 timingSeed();
+
 }  // namespace Fixture
