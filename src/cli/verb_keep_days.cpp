@@ -51,5 +51,6 @@ int runKeepDays(const QStringList& args) {
     const ActionReport report = reports.wait();
     Out::line(keeping(model.keepDays()));
     if (report.bytes > 0) Out::line(QStringLiteral("Emptied %1 that had been there longer.").arg(Fmt::bytes(report.bytes)));
-    return 0;
+    if (!report.saved) Out::error(Sentences::settingsNotSaved);
+    return report.saved ? 0 : 1;
 }

@@ -86,10 +86,11 @@ QVariant value(const QString& key, const QVariant& fallback) {
     return store().value(key, fallback);
 }
 
-void setValue(const QString& key, const QVariant& v) {
+bool setValue(const QString& key, const QVariant& v) {
     std::lock_guard guard(storeLock);
     store().setValue(key, v);
     store().sync();
+    return store().status() == QSettings::NoError;
 }
 
 QStringList stringList(const QString& key) {

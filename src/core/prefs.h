@@ -23,7 +23,8 @@ QSettings* openStore(const QString& file, bool wipe);
 
 // Reads and writes of the store; safe from any thread.
 QVariant value(const QString& key, const QVariant& fallback = {});
-void setValue(const QString& key, const QVariant& value);
+// False when the file could not be written (a full disk, a folder that may not be written).
+bool setValue(const QString& key, const QVariant& value);
 QStringList stringList(const QString& key);
 // An integer preference; `fallback` when missing, not a whole number or below `min`; at most `max`.
 int integer(const QString& key, int fallback, int min = INT_MIN, int max = INT_MAX);

@@ -4,6 +4,7 @@
 
 #include "core/prefs.h"
 #include "demo/demo.h"
+#include "model/sentences.h"
 
 namespace {
 
@@ -88,22 +89,28 @@ void Model::loadHistory() { assignHistory(demo_ ? Demo::history(now()) : store_-
 void Model::setPage(Page page) { assignPage(page); }
 
 void Model::setShowMenuBar(bool show) {
-    Prefs::setValue(showMenuBarKey, show);
+    savePref(showMenuBarKey, show);
     assignShowMenuBar(show);
     if (applyMenuBar) applyMenuBar(show);
 }
 
 void Model::setAppearance(Appearance appearance) {
-    Prefs::setValue(appearanceKey, rawValue(appearance));
+    savePref(appearanceKey, rawValue(appearance));
     assignAppearance(appearance);
 }
 
 void Model::closeWelcome() {
-    Prefs::setValue(welcomedKey, true);
+    savePref(welcomedKey, true);
     assignShowWelcome(false);
 }
 
 void Model::dismissToast() { assignToast(std::nullopt); }
+
+bool Model::savePref(const QString& key, const QVariant& value) {
+    if (Prefs::setValue(key, value)) return true;
+    assignToast(Sentences::settingsNotSaved);
+    return false;
+}
 
 void Model::bumpKeys() { assignKeysToken(keysToken_ + 1); }
 

@@ -218,6 +218,8 @@ private:
     // In the background: empties what waited longer than keepDays (with `expire`), notes what left
     // the Trash some other way (with `sync`), then hands the bytes emptied to trashChanged and `then`.
     void tidyTrash(bool expire, bool sync, std::function<void(qint64)> then = {});
+    // Writes one preference; when it cannot be written the toast says so. False then.
+    bool savePref(const QString& key, const QVariant& value);
     void finishScan(const QUuid& token, const std::shared_ptr<ScanCancel>& cancel, QPointer<QTimer> timer,
                     ScanData data, ScanResult result);
     void applyEarly(const QUuid& token, qint64 seq, const QList<EarlyRow>& rows);

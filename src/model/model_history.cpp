@@ -197,15 +197,16 @@ void Model::setKeepDays(int days, bool confirmed) {
             return;
         }
     }
-    Prefs::setValue(QStringLiteral("keepDays"), days);
+    const bool saved = savePref(QStringLiteral("keepDays"), days);
     assignKeepDays(days);
     if (demo_) {
         emit reported(ActionReport::of(ActionReport::Kind::keepDays));
         return;
     }
-    tidyTrash(true, false, [this](qint64 emptied) {
+    tidyTrash(true, false, [this, saved](qint64 emptied) {
         ActionReport report = ActionReport::of(ActionReport::Kind::keepDays);
         report.bytes = emptied;
+        report.saved = saved;
         emit reported(report);
     });
 }

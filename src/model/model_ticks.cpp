@@ -64,7 +64,7 @@ void Model::changeTicked(QSet<QString> ticked) {
 void Model::changePicks(Picks picks) {
     const bool neverChanged = picks.never != picks_.never;
     assignPicks(std::move(picks));
-    if (neverChanged) Prefs::setValue(QStringLiteral("neverClear"), sorted(picks_.never));
+    if (neverChanged) savePref(QStringLiteral("neverClear"), sorted(picks_.never));
     recomputeClearable();
 }
 
@@ -191,7 +191,7 @@ void Model::hideRow(const Finding& given) {
     const Finding finding = given;  // the shown row goes away with the next result
     QSet<QString> hidden = hiddenRows_;
     hidden.insert(finding.id);
-    Prefs::setValue(QStringLiteral("hiddenRows"), sorted(hidden));
+    savePref(QStringLiteral("hiddenRows"), sorted(hidden));
     assignHiddenRows(std::move(hidden));
     QSet<QString> t = ticked_;
     t.remove(finding.id);
@@ -204,7 +204,7 @@ void Model::hideRow(const Finding& given) {
 void Model::showRow(const QString& id) {
     QSet<QString> hidden = hiddenRows_;
     hidden.remove(id);
-    Prefs::setValue(QStringLiteral("hiddenRows"), sorted(hidden));
+    savePref(QStringLiteral("hiddenRows"), sorted(hidden));
     assignHiddenRows(std::move(hidden));
     rederive();
 }

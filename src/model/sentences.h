@@ -33,6 +33,8 @@ QString movedAway(qsizetype count);
 inline const QString historyNotSaved = QStringLiteral(
     "History could not be saved (is the disk full?). The items are in the Trash, and Quarle will find them "
     "again once it can write its History.");
+inline const QString settingsNotSaved =
+    QStringLiteral("Quarle couldn't save its settings (is the disk full?), so this change will not last.");
 QString emptying(qint64 bytes);
 QString emptied(qint64 bytes);
 
