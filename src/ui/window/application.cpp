@@ -1,6 +1,8 @@
 #include "ui/window/application.h"
 
 #include <QApplication>
+#include <QDirIterator>
+#include <QIcon>
 #include <QTimer>
 
 #include "model/model.h"
@@ -18,10 +20,21 @@ bool hasDisplay() {
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || !qEnvironmentVariableIsEmpty("DISPLAY");
 }
 
+QIcon icon() {
+    // The installed theme's icon when there is one, else the sizes built into the program.
+    QIcon builtIn;
+    QDirIterator sizes(QStringLiteral(":/icons/hicolor"), {QStringLiteral("quarle.png")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (sizes.hasNext()) builtIn.addFile(sizes.next());
+    return QIcon::fromTheme(QStringLiteral("quarle"), builtIn);
+}
+
 int run(int& argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quarle"));
     QApplication::setApplicationDisplayName(QStringLiteral("Quarle"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.quarle.Quarle"));
+    QApplication::setWindowIcon(icon());
     Theme::rememberSystem();
 
     // The model reads the preferences; the appearance and the tray state apply before the window
