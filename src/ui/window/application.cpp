@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "model/model.h"
+#include "ui/hooks/self_check.h"
 #include "ui/hooks/shots.h"
 #include "ui/theme/theme.h"
 #include "ui/window/main_window.h"
@@ -13,7 +14,7 @@
 namespace Ui {
 
 bool hasDisplay() {
-    if (!qEnvironmentVariableIsEmpty("QUARLE_SHOT")) return true;
+    if (!qEnvironmentVariableIsEmpty("QUARLE_SHOT") || !qEnvironmentVariableIsEmpty("QUARLE_SELFTEST")) return true;
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
     if (!platform.isEmpty())
         return !platform.startsWith("offscreen") && !platform.startsWith("minimal");
@@ -57,7 +58,10 @@ int run(int& argc, char** argv) {
     const QString shots = qEnvironmentVariable("QUARLE_SHOT");
     window.show();
     QTimer::singleShot(0, &model, [&model] { model.start(); });
-    if (!shots.isEmpty()) Shots::take(window, model, shots);
+    if (!shots.isEmpty())
+        Shots::take(window, model, shots);
+    else if (!qEnvironmentVariableIsEmpty("QUARLE_SELFTEST"))
+        SelfCheck::run(window, model, QApplication::arguments().contains(QStringLiteral("--json")));
     const int status = app.exec();
     window.hide();  // the model may still wait for work in flight; the window does not linger
     return status;

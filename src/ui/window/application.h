@@ -6,7 +6,8 @@ class QIcon;
 namespace Ui {
 
 // A window opens when a display is there: WAYLAND_DISPLAY or DISPLAY set, or QT_QPA_PLATFORM naming
-// a platform that shows something. "QUARLE_SHOT" opens it on any platform, offscreen included.
+// a platform that shows something. "QUARLE_SHOT" and "QUARLE_SELFTEST" open it on any platform,
+// offscreen included.
 bool hasDisplay();
 // Quarle's icon, for the window and the tray: the icon theme's, else the one built in.
 QIcon icon();
