@@ -73,6 +73,11 @@ bool Driver::waitFor(const std::function<bool()>& done, int ms) {
 void Driver::key(QWidget* target, int key, Qt::KeyboardModifiers mods, const QString& text) {
     QWindow* w = target->window()->windowHandle();
     if (!w) return;
+    // Shortcuts go to the active window only; after a sheet closes the window may wait to be active.
+    if (!target->window()->isActiveWindow()) {
+        target->window()->activateWindow();
+        waitFor([target] { return target->window()->isActiveWindow(); }, 1000);
+    }
     qt_handleKeyEvent(w, QEvent::KeyPress, key, mods, text);
     qt_handleKeyEvent(w, QEvent::KeyRelease, key, mods, text);
     settle(30);
