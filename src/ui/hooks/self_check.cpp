@@ -50,6 +50,8 @@ private:
     }
     void pages();
     void cleanKeys();
+    // Opens the confirmation sheet with `open`, cancels it with Escape; what did not hold.
+    QString sheetCancelled(const std::function<void()>& open);
     void confirmation();
     void questions();
     void palettes();
@@ -144,25 +146,39 @@ void Driver::cleanKeys() {
         skip(QStringLiteral("Right opens the row and Left closes it"), QStringLiteral("the first row has no parts"));
 }
 
+QString Driver::sheetCancelled(const std::function<void()>& open) {
+    const qsizetype entries = model_.history().size();
+    open();
+    if (!waitFor([&] { return window_.modals()->confirmSheet() && window_.modals()->confirmSheet()->isVisible(); }, 3000))
+        return QStringLiteral("the confirmation sheet shown");
+    key(window_.modals()->confirmSheet(), Qt::Key_Escape);
+    if (!waitFor([&] { return !model_.confirm() && !window_.modals()->confirmSheet(); }, 3000))
+        return QStringLiteral("the sheet closed and the confirmation withdrawn");
+    return model_.history().size() == entries ? QString() : QStringLiteral("History unchanged");
+}
+
 void Driver::confirmation() {
     const QString name = QStringLiteral("Ctrl+Backspace asks to confirm, Escape cancels");
     if (model_.clearing(false).isEmpty()) {
         skip(name, QStringLiteral("nothing is ticked"));
+    } else {
+        auto* page = qobject_cast<CleanPage*>(window_.page(Page::clean));
+        model_.setPage(Page::clean);
+        step(name, [&] {
+            return sheetCancelled([&] {
+                page->view()->setFocus();
+                key(page->view(), Qt::Key_Backspace, Qt::ControlModifier);
+            });
+        });
+    }
+    const QString uninstall = QStringLiteral("Uninstall… asks to confirm, Escape cancels");
+    model_.setPage(Page::apps);
+    model_.loadApps();
+    if (!waitFor([&] { return model_.appsLoaded(); }, 60000) || model_.apps().isEmpty()) {
+        skip(uninstall, QStringLiteral("no app is installed"));
         return;
     }
-    auto* page = qobject_cast<CleanPage*>(window_.page(Page::clean));
-    model_.setPage(Page::clean);
-    step(name, [&]() -> QString {
-        const qsizetype entries = model_.history().size();
-        page->view()->setFocus();
-        key(page->view(), Qt::Key_Backspace, Qt::ControlModifier);
-        if (!waitFor([&] { return window_.modals()->confirmSheet() && window_.modals()->confirmSheet()->isVisible(); }, 3000))
-            return QStringLiteral("the confirmation sheet shown");
-        key(window_.modals()->confirmSheet(), Qt::Key_Escape);
-        if (!waitFor([&] { return !model_.confirm() && !window_.modals()->confirmSheet(); }, 3000))
-            return QStringLiteral("the sheet closed and the confirmation withdrawn");
-        return model_.history().size() == entries ? QString() : QStringLiteral("History unchanged");
-    });
+    step(uninstall, [&] { return sheetCancelled([&] { model_.askUninstall(model_.apps().first()); }); });
 }
 
 void Driver::questions() {
@@ -175,6 +191,12 @@ void Driver::questions() {
     const int days = model_.keepDays();
     const QList<Question> all{
         {QStringLiteral("\"Empty all\" asks, Escape cancels"), [this] { model_.emptyAll(false); }, false},
+        {QStringLiteral("\"Empty now\" asks, Escape cancels"),
+         [this] {
+             for (const HistoryEntry& e : model_.history())
+                 if (e.state == HistoryEntry::State::inTrash) return model_.emptyNow(e, false);
+         },
+         false},
         // Outside the demonstration a shorter keep period that asks nothing would take effect.
         {QStringLiteral("a shorter keep period asks, Escape cancels"), [this] { model_.setKeepDays(1, false); }, true},
     };
