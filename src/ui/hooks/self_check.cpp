@@ -147,14 +147,15 @@ void Driver::cleanKeys() {
 }
 
 QString Driver::sheetCancelled(const std::function<void()>& open) {
-    const qsizetype entries = model_.history().size();
+    const QList<HistoryEntry> before = model_.history();
     open();
     if (!waitFor([&] { return window_.modals()->confirmSheet() && window_.modals()->confirmSheet()->isVisible(); }, 3000))
         return QStringLiteral("the confirmation sheet shown");
     key(window_.modals()->confirmSheet(), Qt::Key_Escape);
     if (!waitFor([&] { return !model_.confirm() && !window_.modals()->confirmSheet(); }, 3000))
         return QStringLiteral("the sheet closed and the confirmation withdrawn");
-    return model_.history().size() == entries ? QString() : QStringLiteral("History unchanged");
+    settle(100);  // anything confirmed by mistake would land by now
+    return model_.history() == before && !model_.jobs() ? QString() : QStringLiteral("History unchanged");
 }
 
 void Driver::confirmation() {
@@ -206,7 +207,7 @@ void Driver::questions() {
             continue;
         }
         model_.setPage(Page::history);
-        const qsizetype entries = model_.history().size();
+        const QList<HistoryEntry> before = model_.history();
         q.open();
         if (!waitFor([&] { return window_.modals()->askDialog() && window_.modals()->askDialog()->isVisible(); }, 2000)) {
             skip(q.name, QStringLiteral("nothing to ask about here"));
@@ -217,8 +218,9 @@ void Driver::questions() {
             key(window_.modals()->askDialog(), Qt::Key_Escape);
             if (!waitFor([&] { return !model_.ask() && !window_.modals()->askDialog(); }, 3000))
                 return QStringLiteral("the question closed unanswered");
-            return model_.history().size() == entries && model_.keepDays() == days ? QString()
-                                                                                   : QStringLiteral("nothing changed");
+            settle(100);  // anything confirmed by mistake would land by now
+            return model_.history() == before && model_.keepDays() == days && !model_.jobs()
+                       ? QString() : QStringLiteral("nothing changed");
         });
     }
 }
@@ -251,14 +253,14 @@ Report Driver::run() {
         skip(QStringLiteral("Ctrl+R scans again"), QStringLiteral("the demonstration does not scan again"));
     else
         step(QStringLiteral("Ctrl+R scans again"), [this] {
-        int started = 0;
-        const auto counting = QObject::connect(&model_, &Model::scanningChanged, &window_, [&] { started += model_.scanning(); });
-        key(&window_, Qt::Key_R, Qt::ControlModifier);
-        const QString finished = waitFor([&] { return started > 0; }, 2000) ? scanFinished(30 * 60 * 1000)
-                                                                            : QStringLiteral("a scan to start");
-        QObject::disconnect(counting);
-        return finished;
-    });
+            int started = 0;
+            const auto counting = QObject::connect(&model_, &Model::scanningChanged, &window_, [&] { started += model_.scanning(); });
+            key(&window_, Qt::Key_R, Qt::ControlModifier);
+            const QString finished = waitFor([&] { return started > 0; }, 2000) ? scanFinished(30 * 60 * 1000)
+                                                                                : QStringLiteral("a scan to start");
+            QObject::disconnect(counting);
+            return finished;
+        });
     palettes();
     skip(QStringLiteral("the tray's actions"), QStringLiteral("the tray has no menu yet"));
     report_.stalls = watchdog_.stop();
