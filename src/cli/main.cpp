@@ -10,7 +10,9 @@
 
 int main(int argc, char** argv) {
     // Without a verb Quarle opens its window on a display and reports on the home folder otherwise.
-    if (argc == 1 && Ui::hasDisplay()) return Ui::run(argc, argv);
+    // The self-check run takes one option: --json.
+    const bool selfCheckJson = argc == 2 && !qEnvironmentVariableIsEmpty("QUARLE_SELFTEST") && QByteArray(argv[1]) == "--json";
+    if ((argc == 1 || selfCheckJson) && Ui::hasDisplay()) return Ui::run(argc, argv);
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Quarle"));
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QIcon>
 #include <QListWidget>
 #include <QStackedWidget>
 #include <QTest>
@@ -11,6 +12,7 @@
 
 #include "model_fixture.h"
 #include "ui/theme/theme.h"
+#include "ui/window/application.h"
 #include "ui/window/main_window.h"
 #include "ui/window/sidebar.h"
 #include "ui/window/toast_line.h"
@@ -72,4 +74,11 @@ TEST(Frame, PagesKeysToastAndPalettes) {
     model->setAppearance(Appearance::system);
     EXPECT_EQ(Theme::current(), Theme::systemScheme());
     EXPECT_NE(Theme::paint(Paint::mint, Theme::Scheme::night), Theme::paint(Paint::mint, Theme::Scheme::paper));
+}
+
+TEST(Frame, IconIsBuiltIn) {
+    // Without an installed icon theme entry the window and tray still get every size of the icon.
+    const QIcon icon = Ui::icon();
+    ASSERT_FALSE(icon.isNull());
+    for (int size : {16, 32, 48, 64, 128, 256}) EXPECT_TRUE(icon.availableSizes().contains(QSize(size, size))) << size;
 }

@@ -13,6 +13,8 @@
 
 #include "core/fmt.h"
 #include "model/model.h"
+#include "platform/build_info.h"
+#include "platform/updates.h"
 #include "ui/theme/theme.h"
 
 namespace {
@@ -106,10 +108,13 @@ SettingsPage::SettingsPage(Model& model, QWidget* parent)
     layout->addLayout(never_);
     layout->addSpacing(Theme::gap);
     layout->addWidget(section(tr("Version"), body));
-    layout->addWidget(muted(tr("Quarle %1. Updates arrive with your system's packages.")
-                                .arg(QCoreApplication::applicationVersion().isEmpty() ? QStringLiteral("0.1")
-                                                                                      : QCoreApplication::applicationVersion()),
-                            body));
+    layout->addWidget(muted(Updates::versionLine(BuildInfo::version(), BuildInfo::revision()), body));
+    // dpkg and apt are asked on a thread of their own; the line says so until they answer.
+    auto* updates = muted(Updates::sentence(std::nullopt), body);
+    updates->setObjectName(QStringLiteral("updates"));
+    layout->addWidget(updates);
+    Updates::askInBackground(QCoreApplication::applicationFilePath(), updates,
+                             [updates](const Updates::Channel& c) { updates->setText(Updates::sentence(c)); });
     layout->addStretch();
 
     connect(keepDays_, &QComboBox::activated, this, [this] { model_.setKeepDays(keepDays_->currentData().toInt(), false); });

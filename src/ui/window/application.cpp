@@ -1,9 +1,12 @@
 #include "ui/window/application.h"
 
 #include <QApplication>
+#include <QDirIterator>
+#include <QIcon>
 #include <QTimer>
 
 #include "model/model.h"
+#include "ui/hooks/self_check.h"
 #include "ui/hooks/shots.h"
 #include "ui/theme/theme.h"
 #include "ui/window/main_window.h"
@@ -11,17 +14,28 @@
 namespace Ui {
 
 bool hasDisplay() {
-    if (!qEnvironmentVariableIsEmpty("QUARLE_SHOT")) return true;
+    if (!qEnvironmentVariableIsEmpty("QUARLE_SHOT") || !qEnvironmentVariableIsEmpty("QUARLE_SELFTEST")) return true;
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
     if (!platform.isEmpty())
         return !platform.startsWith("offscreen") && !platform.startsWith("minimal");
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || !qEnvironmentVariableIsEmpty("DISPLAY");
 }
 
+QIcon icon() {
+    // The installed theme's icon when there is one, else the sizes built into the program.
+    QIcon builtIn;
+    QDirIterator sizes(QStringLiteral(":/icons/hicolor"), {QStringLiteral("quarle.png")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (sizes.hasNext()) builtIn.addFile(sizes.next());
+    return QIcon::fromTheme(QStringLiteral("quarle"), builtIn);
+}
+
 int run(int& argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quarle"));
     QApplication::setApplicationDisplayName(QStringLiteral("Quarle"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.quarle.Quarle"));
+    QApplication::setWindowIcon(icon());
     Theme::rememberSystem();
 
     // The model reads the preferences; the appearance and the tray state apply before the window
@@ -44,7 +58,10 @@ int run(int& argc, char** argv) {
     const QString shots = qEnvironmentVariable("QUARLE_SHOT");
     window.show();
     QTimer::singleShot(0, &model, [&model] { model.start(); });
-    if (!shots.isEmpty()) Shots::take(window, model, shots);
+    if (!shots.isEmpty())
+        Shots::take(window, model, shots);
+    else if (!qEnvironmentVariableIsEmpty("QUARLE_SELFTEST"))
+        SelfCheck::run(window, model, QApplication::arguments().contains(QStringLiteral("--json")));
     const int status = app.exec();
     window.hide();  // the model may still wait for work in flight; the window does not linger
     return status;

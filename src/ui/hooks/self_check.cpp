@@ -1,0 +1,286 @@
+#include "ui/hooks/self_check.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QStackedWidget>
+#include <QTextStream>
+#include <QTimer>
+#include <QTreeView>
+#include <QWindow>
+#include <functional>
+
+#include "model/model.h"
+#include "ui/dialogs/ask_dialog.h"
+#include "ui/dialogs/confirm_sheet.h"
+#include "ui/hooks/watchdog.h"
+#include "ui/pages/clean_page.h"
+#include "ui/theme/theme.h"
+#include "ui/window/main_window.h"
+#include "ui/window/modal_host.h"
+#include "ui/window/sidebar.h"
+
+// Delivers a key as the window system would: through the shortcut map to the focus widget. QtGui
+// exports it for QTest; declaring it here keeps the test library out of the program.
+Q_GUI_EXPORT void qt_handleKeyEvent(QWindow* w, QEvent::Type t, int k, Qt::KeyboardModifiers mods,
+                                    const QString& text = QString(), bool autorep = false, ushort count = 1);
+
+namespace SelfCheck {
+namespace {
+
+constexpr std::chrono::milliseconds stallLimit{50};
+
+class Driver {
+public:
+    Driver(MainWindow& window, Model& model) : window_(window), model_(model), watchdog_(&window, stallLimit) {}
+
+    Report run();
+
+private:
+    // Runs one step; `body` returns what was expected when it did not hold, else nothing.
+    void step(const QString& name, const std::function<QString()>& body);
+    void skip(const QString& name, const QString& why) { report_.steps.append({name, 0, {}, why}); }
+    bool waitFor(const std::function<bool()>& done, int ms);
+    void settle(int ms) { waitFor([] { return false; }, ms); }
+    void key(QWidget* target, int key, Qt::KeyboardModifiers mods = Qt::NoModifier, const QString& text = {});
+
+    QString scanFinished(int ms) {
+        return waitFor([this] { return model_.scan().has_value() && !model_.scanning(); }, ms)
+                   ? QString()
+                   : QStringLiteral("a finished scan within %1 s").arg(ms / 1000);
+    }
+    void pages();
+    void cleanKeys();
+    // Opens the confirmation sheet with `open`, cancels it with Escape; what did not hold.
+    QString sheetCancelled(const std::function<void()>& open);
+    void confirmation();
+    void questions();
+    void palettes();
+
+    MainWindow& window_;
+    Model& model_;
+    Watchdog watchdog_;
+    Report report_;
+};
+
+bool Driver::waitFor(const std::function<bool()>& done, int ms) {
+    QElapsedTimer waited;
+    waited.start();
+    while (!done()) {
+        if (waited.elapsed() >= ms) return false;
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    return true;
+}
+
+void Driver::key(QWidget* target, int key, Qt::KeyboardModifiers mods, const QString& text) {
+    QWindow* w = target->window()->windowHandle();
+    if (!w) return;
+    // Shortcuts go to the active window only; after a sheet closes the window may wait to be active.
+    if (!target->window()->isActiveWindow()) {
+        target->window()->activateWindow();
+        waitFor([target] { return target->window()->isActiveWindow(); }, 1000);
+    }
+    qt_handleKeyEvent(w, QEvent::KeyPress, key, mods, text);
+    qt_handleKeyEvent(w, QEvent::KeyRelease, key, mods, text);
+    settle(30);
+}
+
+void Driver::step(const QString& name, const std::function<QString()>& body) {
+    watchdog_.setStep(name);
+    QElapsedTimer took;
+    took.start();
+    const QString failure = body();
+    report_.steps.append({name, took.elapsed(), failure, {}});
+    watchdog_.setStep(QStringLiteral("between steps"));
+}
+
+void Driver::pages() {
+    for (int i = 0; i < pageCount; ++i) {
+        const Page page = Page(i);
+        step(QStringLiteral("Ctrl+%1 opens %2").arg(i + 1).arg(pageSlug(page)), [this, i, page] {
+            key(&window_, Qt::Key_1 + i, Qt::ControlModifier);
+            const bool shown = waitFor([&] { return model_.page() == page && window_.stack()->currentWidget() == window_.page(page); }, 2000);
+            return shown ? QString() : QStringLiteral("the %1 page shown").arg(pageSlug(page));
+        });
+    }
+}
+
+void Driver::cleanKeys() {
+    model_.setPage(Page::clean);
+    settle(100);
+    auto* page = qobject_cast<CleanPage*>(window_.page(Page::clean));
+    QTreeView* view = page ? page->view() : nullptr;
+    // Rows are findings under their bucket; the keys start on the first finding.
+    const QModelIndex first = view ? view->model()->index(0, 0, view->model()->index(0, 0)) : QModelIndex();
+    if (!first.isValid() || view->model()->rowCount() + view->model()->rowCount(first.parent()) < 3) {
+        skip(QStringLiteral("the Clean page's keys"), QStringLiteral("fewer than two rows to move between"));
+        return;
+    }
+    view->setFocus();
+    view->setCurrentIndex(first);
+    const auto pair = [&](const QString& name, int down, const QString& downText, int up, const QString& upText) {
+        step(name, [&] {
+            key(view, down, Qt::NoModifier, downText);
+            const bool moved = view->currentIndex() != first;
+            key(view, up, Qt::NoModifier, upText);
+            return moved && view->currentIndex() == first ? QString() : QStringLiteral("a move to the next row and back");
+        });
+    };
+    pair(QStringLiteral("Down and Up move the focus row"), Qt::Key_Down, {}, Qt::Key_Up, {});
+    pair(QStringLiteral("j and k move like Down and Up"), Qt::Key_J, QStringLiteral("j"), Qt::Key_K, QStringLiteral("k"));
+    step(QStringLiteral("Space ticks the focus row and Space again puts it back"), [&] {
+        const QSet<QString> before = model_.ticked();
+        key(view, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
+        const bool changed = model_.ticked() != before;
+        key(view, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
+        return changed && model_.ticked() == before ? QString() : QStringLiteral("the ticks to change and come back");
+    });
+    if (view->model()->rowCount(first) > 0)
+        step(QStringLiteral("Right opens the row and Left closes it"), [&] {
+            key(view, Qt::Key_Right);
+            const bool opened = view->isExpanded(first);
+            key(view, Qt::Key_Left);
+            return opened && !view->isExpanded(first) ? QString() : QStringLiteral("the row's parts shown, then hidden");
+        });
+    else
+        skip(QStringLiteral("Right opens the row and Left closes it"), QStringLiteral("the first row has no parts"));
+}
+
+QString Driver::sheetCancelled(const std::function<void()>& open) {
+    const QList<HistoryEntry> before = model_.history();
+    open();
+    if (!waitFor([&] { return window_.modals()->confirmSheet() && window_.modals()->confirmSheet()->isVisible(); }, 3000))
+        return QStringLiteral("the confirmation sheet shown");
+    key(window_.modals()->confirmSheet(), Qt::Key_Escape);
+    if (!waitFor([&] { return !model_.confirm() && !window_.modals()->confirmSheet(); }, 3000))
+        return QStringLiteral("the sheet closed and the confirmation withdrawn");
+    settle(100);  // anything confirmed by mistake would land by now
+    return model_.history() == before && !model_.jobs() ? QString() : QStringLiteral("History unchanged");
+}
+
+void Driver::confirmation() {
+    const QString name = QStringLiteral("Ctrl+Backspace asks to confirm, Escape cancels");
+    if (model_.clearing(false).isEmpty()) {
+        skip(name, QStringLiteral("nothing is ticked"));
+    } else {
+        auto* page = qobject_cast<CleanPage*>(window_.page(Page::clean));
+        model_.setPage(Page::clean);
+        step(name, [&] {
+            return sheetCancelled([&] {
+                page->view()->setFocus();
+                key(page->view(), Qt::Key_Backspace, Qt::ControlModifier);
+            });
+        });
+    }
+    const QString uninstall = QStringLiteral("Uninstall… asks to confirm, Escape cancels");
+    model_.setPage(Page::apps);
+    model_.loadApps();
+    if (!waitFor([&] { return model_.appsLoaded(); }, 60000) || model_.apps().isEmpty()) {
+        skip(uninstall, QStringLiteral("no app is installed"));
+        return;
+    }
+    step(uninstall, [&] { return sheetCancelled([&] { model_.askUninstall(model_.apps().first()); }); });
+}
+
+void Driver::questions() {
+    // Each question is opened as its button would open it, and cancelled with Escape.
+    struct Question {
+        QString name;
+        std::function<void()> open;
+        bool demoOnly;
+    };
+    const int days = model_.keepDays();
+    const QList<Question> all{
+        {QStringLiteral("\"Empty all\" asks, Escape cancels"), [this] { model_.emptyAll(false); }, false},
+        {QStringLiteral("\"Empty now\" asks, Escape cancels"),
+         [this] {
+             for (const HistoryEntry& e : model_.history())
+                 if (e.state == HistoryEntry::State::inTrash) return model_.emptyNow(e, false);
+         },
+         false},
+        // Outside the demonstration a shorter keep period that asks nothing would take effect.
+        {QStringLiteral("a shorter keep period asks, Escape cancels"), [this] { model_.setKeepDays(1, false); }, true},
+    };
+    for (const Question& q : all) {
+        if (q.demoOnly && !model_.demo()) {
+            skip(q.name, QStringLiteral("only with the demonstration"));
+            continue;
+        }
+        model_.setPage(Page::history);
+        const QList<HistoryEntry> before = model_.history();
+        q.open();
+        if (!waitFor([&] { return window_.modals()->askDialog() && window_.modals()->askDialog()->isVisible(); }, 2000)) {
+            skip(q.name, QStringLiteral("nothing to ask about here"));
+            if (model_.keepDays() != days) model_.setKeepDays(days, true);
+            continue;
+        }
+        step(q.name, [&]() -> QString {
+            key(window_.modals()->askDialog(), Qt::Key_Escape);
+            if (!waitFor([&] { return !model_.ask() && !window_.modals()->askDialog(); }, 3000))
+                return QStringLiteral("the question closed unanswered");
+            settle(100);  // anything confirmed by mistake would land by now
+            return model_.history() == before && model_.keepDays() == days && !model_.jobs()
+                       ? QString() : QStringLiteral("nothing changed");
+        });
+    }
+}
+
+void Driver::palettes() {
+    const Appearance before = model_.appearance();
+    for (const auto& [appearance, name, dark] : {std::tuple{Appearance::night, "night", true}, {Appearance::paper, "paper", false}})
+        step(QStringLiteral("the %1 palette").arg(QLatin1String(name)), [&, appearance = appearance, dark = dark, name = name] {
+            model_.setAppearance(appearance);
+            const bool applied = waitFor([&] { return (QApplication::palette().color(QPalette::Window).lightness() < 128) == dark; }, 2000);
+            settle(50);
+            return applied ? QString() : QStringLiteral("a %1 window").arg(dark ? "dark" : "light");
+        });
+    model_.setAppearance(before);
+}
+
+Report Driver::run() {
+    step(QStringLiteral("the window shows"), [this] {
+        window_.resize(Theme::windowWidth, Theme::windowHeight);
+        window_.activateWindow();
+        return waitFor([this] { return window_.isVisible() && window_.isActiveWindow(); }, 5000)
+                   ? QString() : QStringLiteral("an active window");
+    });
+    step(QStringLiteral("the first scan"), [this] { return scanFinished(30 * 60 * 1000); });
+    pages();
+    cleanKeys();
+    confirmation();
+    questions();
+    if (model_.demo())
+        skip(QStringLiteral("Ctrl+R scans again"), QStringLiteral("the demonstration does not scan again"));
+    else
+        step(QStringLiteral("Ctrl+R scans again"), [this] {
+            int started = 0;
+            const auto counting = QObject::connect(&model_, &Model::scanningChanged, &window_, [&] { started += model_.scanning(); });
+            key(&window_, Qt::Key_R, Qt::ControlModifier);
+            const QString finished = waitFor([&] { return started > 0; }, 2000) ? scanFinished(30 * 60 * 1000)
+                                                                                : QStringLiteral("a scan to start");
+            QObject::disconnect(counting);
+            return finished;
+        });
+    palettes();
+    skip(QStringLiteral("the tray's actions"), QStringLiteral("the tray has no menu yet"));
+    report_.stalls = watchdog_.stop();
+    report_.stallLimitMs = stallLimit.count();
+    return report_;
+}
+
+}  // namespace
+
+void run(MainWindow& window, Model& model, bool asJson) {
+    QTimer::singleShot(0, &window, [&window, &model, asJson] {
+        const Report report = Driver(window, model).run();
+        QTextStream out(stdout);
+        if (asJson)
+            out << json(report);
+        else
+            out << text(report);
+        out.flush();
+        QApplication::exit(exitStatus(report));
+    });
+}
+
+}  // namespace SelfCheck
