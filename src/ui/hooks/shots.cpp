@@ -3,13 +3,17 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QPainter>
 #include <QPixmap>
 #include <QTextStream>
 #include <QTimer>
 
 #include "model/model.h"
 #include "ui/theme/theme.h"
+#include "ui/dialogs/confirm_sheet.h"
+#include "ui/dialogs/welcome_sheet.h"
 #include "ui/window/main_window.h"
+#include "ui/window/modal_host.h"
 #include "ui/window/sidebar.h"
 
 namespace Shots {
@@ -25,6 +29,27 @@ bool ready(const Model& model) {
     // With "QUARLE_SCAN_PAUSE" the pictures show the scan in progress.
     if (!qEnvironmentVariableIsEmpty("QUARLE_SCAN_PAUSE")) return model.scanning();
     return model.scan().has_value() && !model.scanning();
+}
+
+// The window dimmed with a sheet over it, as a person sees it (the sheet is a window of its own).
+QPixmap withSheet(QWidget& window, QWidget* sheet) {
+    QPixmap picture = window.grab();
+    if (!sheet) return picture;
+    const QPixmap over = sheet->grab();
+    QPainter p(&picture);
+    p.fillRect(picture.rect(), QColor(0, 0, 0, Theme::current() == Theme::Scheme::night ? 120 : 70));
+    const QPoint at((picture.width() - over.width()) / 2, std::max(40, (picture.height() - over.height()) / 3));
+    p.drawPixmap(at, over);
+    p.setPen(window.palette().color(QPalette::Mid));
+    p.drawRect(QRect(at, over.size()).adjusted(-1, -1, 0, 0));
+    return picture;
+}
+
+bool save(const QPixmap& picture, const QString& dir, const QString& name) {
+    const QString file = QDir(dir).filePath(name + ".png");
+    if (picture.save(file)) return true;
+    QTextStream(stderr) << "quarle: cannot write " << file << "\n";
+    return false;
 }
 
 }  // namespace
@@ -45,13 +70,28 @@ void take(MainWindow& window, Model& model, const QString& dir) {
         int failed = 0;
         for (const auto& [appearance, name] : {std::pair{Appearance::night, "night"}, {Appearance::paper, "paper"}}) {
             Theme::apply(appearance);
+            const QString palette = QLatin1Char('-') + QLatin1String(name);
             for (int i = 0; i < pageCount; ++i) {
                 model.setPage(Page(i));
                 settle(120);
-                const QString file = QDir(dir).filePath(pageSlug(Page(i)) + QLatin1Char('-') + QLatin1String(name) + ".png");
-                if (!window.grab().save(file)) {
-                    err << "quarle: cannot write " << file << "\n";
-                    ++failed;
+                // The welcome sheet over Home once, as the first start shows it; then it is read.
+                if (Page(i) == Page::home && window.modals()->welcomeSheet()) {
+                    failed += !save(withSheet(window, window.modals()->welcomeSheet()), dir, "welcome" + palette);
+                    model.closeWelcome();
+                    settle(60);
+                }
+                failed += !save(window.grab(), dir, pageSlug(Page(i)) + palette);
+                // The confirmation of the Clean page's ticked rows once.
+                if (Page(i) == Page::clean && appearance == Appearance::night && !model.scanning()) {
+                    model.askClean(false);
+                    QElapsedTimer asked;
+                    asked.start();
+                    while (!window.modals()->confirmSheet() && asked.elapsed() < 5000) settle(20);
+                    settle(60);
+                    if (ConfirmSheet* sheet = window.modals()->confirmSheet())
+                        failed += !save(withSheet(window, sheet), dir, "confirm" + palette);
+                    model.dismissConfirm();
+                    settle(60);
                 }
             }
         }
