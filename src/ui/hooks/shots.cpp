@@ -66,6 +66,7 @@ void take(MainWindow& window, Model& model, const QString& dir) {
         QElapsedTimer waited;
         waited.start();
         while (!ready(model) && waited.elapsed() < 30000) settle(50);
+        if (model.scanning()) settle(2000);  // the walk's figures and first rows come in meanwhile
         const Appearance before = model.appearance();
         int failed = 0;
         for (const auto& [appearance, name] : {std::pair{Appearance::night, "night"}, {Appearance::paper, "paper"}}) {

@@ -1,5 +1,6 @@
 #include "ui/pages/history_page.h"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -115,6 +116,8 @@ void HistoryPage::refresh() {
         if (open.contains(e.id)) item->setExpanded(true);
         if (e.id == current) list_->setCurrentItem(item);
     }
+    // The newest entry is current at first, so that its buttons show what can be done with it.
+    if (!list_->currentItem() && list_->topLevelItemCount() > 0) list_->setCurrentItem(list_->topLevelItem(0));
     list_->setVisible(!entries.isEmpty());
     empty_->setVisible(entries.isEmpty());
     emptyAll_->setEnabled(inTrash && model_.jobs() == 0);
@@ -136,4 +139,10 @@ void HistoryPage::restoreChosen() {
     for (const QTreeWidgetItem* item : list_->selectedItems())
         if (item->parent() && entryOf(model_, item) == e) only.insert(item->data(0, idRole).toString());
     model_.restore(*e, only.isEmpty() ? std::nullopt : std::optional<QSet<QString>>(only));
+}
+
+void HistoryPage::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // Swatches, bars and dimmed lines carry the palette's colours: draw them again in the new one.
+    if (event->type() == QEvent::PaletteChange) fold_->start();
 }

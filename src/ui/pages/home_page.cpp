@@ -1,5 +1,6 @@
 #include "ui/pages/home_page.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -167,8 +168,11 @@ void HomePage::showEvent(QShowEvent* event) {
 
 void HomePage::refresh() {
     const Volume& v = model_.volume();
-    heading_->setText(v.name.isEmpty() ? tr("Your disk") : v.name);
+    // A Linux volume is named by where it is mounted, which says little: "/" is just the disk.
+    const bool mountPoint = v.name.isEmpty() || v.name.startsWith(QLatin1Char('/'));
+    heading_->setText(mountPoint ? tr("Your disk") : v.name);
     QString text = v.total > 0 ? tr("%1 free of %2").arg(Fmt::bytes(v.free), Fmt::bytes(v.total)) : QString();
+    if (mountPoint && v.name.size() > 1) text += tr("  ·  mounted at %1").arg(v.name);
     if (v.total > 0 && v.purgeable() > 0) text += tr("  ·  %1 more the system can free").arg(Fmt::bytes(v.purgeable()));
     figures_->setText(text);
     // On Linux the one thing that can be kept from Quarle is the Trash folder: say what that changes.
@@ -346,4 +350,10 @@ QStringList HomePage::rows() const {
         if (QLayoutItem* item = rows_->itemAtPosition(r, 0))
             out << qobject_cast<QLabel*>(item->widget())->text();
     return out;
+}
+
+void HomePage::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // Swatches, bars and dimmed lines carry the palette's colours: draw them again in the new one.
+    if (event->type() == QEvent::PaletteChange) fold_->start();
 }

@@ -28,6 +28,7 @@ public:
     QPushButton* cleanButton() const { return clean_; }
 
 protected:
+    void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:

@@ -30,7 +30,7 @@ public:
 // Column headings as quiet labels over a hairline rather than raised buttons.
 const char* sheet = "QHeaderView { background: palette(base); border: none; }"
                     "QHeaderView::section { background: palette(base); color: palette(window-text);"
-                    " border: none; border-bottom: 1px solid palette(mid); padding: 2px 6px; font-weight: 600; }";
+                    " border: none; border-bottom: 1px solid palette(mid); padding: 2px 3px; font-weight: 600; }";
 
 QPalette systemPalette;
 bool remembered = false;
