@@ -7,10 +7,13 @@
 #include <QPixmap>
 #include <QTextStream>
 #include <QTimer>
+#include <QTreeView>
 
 #include "model/model.h"
 #include "ui/theme/theme.h"
 #include "ui/dialogs/confirm_sheet.h"
+#include "ui/pages/clean_page.h"
+#include "ui/widgets/finding_model.h"
 #include "ui/dialogs/welcome_sheet.h"
 #include "ui/window/main_window.h"
 #include "ui/window/modal_host.h"
@@ -74,6 +77,9 @@ void take(MainWindow& window, Model& model, const QString& dir) {
             const QString palette = QLatin1Char('-') + QLatin1String(name);
             for (int i = 0; i < pageCount; ++i) {
                 model.setPage(Page(i));
+                // Clean with its first row open, to show parts with their own ticks and notes.
+                if (auto* clean = qobject_cast<CleanPage*>(window.page(Page(i))); clean && Page(i) == Page::clean)
+                    clean->view()->expand(clean->rows()->index(0, 0, clean->rows()->index(0, 0)));
                 settle(120);
                 // The welcome sheet over Home once, as the first start shows it; then it is read.
                 if (Page(i) == Page::home && window.modals()->welcomeSheet()) {
