@@ -49,6 +49,9 @@ HistoryPage::HistoryPage(Model& model, QWidget* parent)
     auto* heading = new QLabel(tr("History"), this);
     heading->setFont(Theme::titleFont());
     keep_->setForegroundRole(QPalette::PlaceholderText);
+    keep_->setTextFormat(Qt::RichText);
+    // The keep period is set where the other preferences are; the line leads there.
+    connect(keep_, &QLabel::linkActivated, this, [this] { model_.setPage(Page::settings); });
     layout->addWidget(heading);
     layout->addWidget(keep_);
     layout->addSpacing(Theme::line);
@@ -92,8 +95,8 @@ HistoryPage::HistoryPage(Model& model, QWidget* parent)
 }
 
 void HistoryPage::refresh() {
-    keep_->setText(tr("Quarle keeps what it moves in the Trash %1, then empties it. Change this in Settings.")
-                       .arg(model_.keepFor()));
+    keep_->setText(tr("Quarle keeps what it moves in the Trash %1, then empties it. <a href=\"settings\">Change this "
+                      "in Settings</a>.").arg(model_.keepFor().toHtmlEscaped()));
     const QUuid current = list_->currentItem() ? list_->currentItem()->data(0, idRole).toUuid() : QUuid();
     QSet<QUuid> open;
     for (int i = 0; i < list_->topLevelItemCount(); ++i)
