@@ -51,7 +51,7 @@ QList<FindingModel::Group> FindingModel::build() const {
                 f.partial = !e.done;
                 f.place = e.done ? tr("Measured") : tr("Measuring…");
                 f.removal = Removal::none();
-                g.rows.append(Row{f, {}});
+                g.rows.append(Row{f, {}, {}});
                 g.bytes += e.bytes;
             }
             if (!g.rows.isEmpty()) groups.append(g);
@@ -61,7 +61,9 @@ QList<FindingModel::Group> FindingModel::build() const {
     for (const Finding& f : model_.scan()->findings) {
         if (developerOnly_ && !f.developer) continue;
         if (groups.isEmpty() || groups.last().bucket != f.bucket) groups.append(Group{f.bucket, {}, 0});
-        groups.last().rows.append(Row{f, model_.inside(f)});
+        Row row{f, model_.inside(f), {}};
+        for (const Part& p : model_.chosen(f)) row.chosen.insert(p.path);
+        groups.last().rows.append(std::move(row));
         groups.last().bytes += f.bytes;
     }
     return groups;
@@ -195,7 +197,7 @@ QVariant FindingModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole: return p.name + QStringLiteral(", ") + Fmt::bytes(p.bytes);
     case Qt::CheckStateRole:
         if (f.removal.isNone()) return {};
-        return model_.isChosen(f, p) ? Qt::Checked : Qt::Unchecked;
+        return rowAt(index)->chosen.contains(p.path) ? Qt::Checked : Qt::Unchecked;
     }
     return {};
 }
