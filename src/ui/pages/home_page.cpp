@@ -265,12 +265,11 @@ void HomePage::refreshClear() {
         return;
     }
     clearFigure_->setText(tr("%1 can be cleared now").arg(Fmt::bytes(scan->total(Bucket::now))));
-    QStringList more;
-    if (scan->total(Bucket::call) > 0)
-        more << tr("%1 more is your call").arg(Fmt::bytes(scan->total(Bucket::call)));
-    if (scan->total(Bucket::keep) > 0)
-        more << tr("%1 is kept for you").arg(Fmt::bytes(scan->total(Bucket::keep)));
-    clearLine_->setText(more.isEmpty() ? tr("Nothing else was found.") : more.join(tr(", ")) + QLatin1Char('.'));
+    // The other buckets are on the scan's card; this line says what a click on Clean would move.
+    qint64 ticked = 0;
+    for (const Finding& f : model_.clearing(false)) ticked += f.bytes;
+    clearLine_->setText(ticked > 0 ? tr("%1 is ticked in Clean, ready to move to the Trash.").arg(Fmt::bytes(ticked))
+                                   : tr("Nothing is ticked in Clean yet."));
     QList<const Finding*> now;
     for (const Finding& f : scan->findings)
         if (f.bucket == Bucket::now && f.bytes > 0) now.append(&f);
