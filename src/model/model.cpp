@@ -70,15 +70,16 @@ void Model::inBackground(Priority priority, Job job, std::function<void()> work,
 }
 
 void Model::start() {
-    // The appearance is applied by the window, which observes `appearance`.
+    // The appearance is applied by the window, which observes `appearance`. The welcome sheet opens
+    // on the first start on this home (the demonstration's preferences start empty every run);
+    // closeWelcome() remembers it was read.
+    assignShowWelcome(!Prefs::value(welcomedKey, false).toBool());
     if (demo_) {
         startDemo();
         return;
     }
     loadHistory();
     assignFullDiskAccess(services_.fullDiskAccess());
-    // The welcome sheet opens on the first start on this home; closeWelcome() remembers it was read.
-    assignShowWelcome(!Prefs::value(welcomedKey, false).toBool());
     rescan(false);
     startExpiry();
     refreshVolume();
@@ -103,6 +104,8 @@ void Model::closeWelcome() {
     savePref(welcomedKey, true);
     assignShowWelcome(false);
 }
+
+void Model::openWelcome() { assignShowWelcome(true); }
 
 void Model::dismissToast() { assignToast(std::nullopt); }
 

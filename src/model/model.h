@@ -59,8 +59,10 @@ public:
     void setPage(Page page);
     void setShowMenuBar(bool show);
     void setAppearance(Appearance appearance);
-    // The welcome sheet was read; it does not open again.
+    // The welcome sheet was read; it does not open again by itself.
     void closeWelcome();
+    // Opens the welcome sheet again (Settings offers it).
+    void openWelcome();
     void dismissToast();
     void bumpKeys();
     void bumpFind();

@@ -1,5 +1,5 @@
-// The frame: the nine pages and their keys, the toast line's life, palettes switched live and a
-// close while work is in flight.
+// The frame: the nine pages and their keys, the toast line's life, the welcome sheet closed by
+// Escape, palettes switched live and a close while work is in flight.
 
 #include <gtest/gtest.h>
 
@@ -14,6 +14,8 @@
 #include "ui/theme/theme.h"
 #include "ui/window/application.h"
 #include "ui/window/main_window.h"
+#include "ui/dialogs/welcome_sheet.h"
+#include "ui/window/modal_host.h"
 #include "ui/window/sidebar.h"
 #include "ui/window/toast_line.h"
 
@@ -65,6 +67,12 @@ TEST(Frame, PagesKeysToastAndPalettes) {
     EXPECT_GT(toast->timer()->remainingTime(), 200);
     EXPECT_TRUE(waitFor([&] { return !model->toast(); }));
     EXPECT_EQ(toast->text(), "");
+
+    // The welcome sheet opens while the model asks for it; Escape closes it, and it stays read.
+    model->openWelcome();
+    ASSERT_TRUE(window.modals()->welcomeSheet());
+    QTest::keyClick(window.modals()->welcomeSheet(), Qt::Key_Escape);
+    EXPECT_FALSE(model->showWelcome());
 
     // Palettes switch live and "follow the system" reads the desktop's palette.
     model->setAppearance(Appearance::night);

@@ -38,6 +38,7 @@ TEST(Home, ShowsEachScanStateAndTheDisk) {
     EXPECT_TRUE(home.scanLine().startsWith("Scanning your home…"));
     EXPECT_TRUE(home.scanLine().contains("1,234 files")) << home.scanLine().toStdString();
     EXPECT_FALSE(home.scanButton()->isEnabled());
+    EXPECT_EQ(home.rows(), QStringList{"Caches"}) << "early rows appear, the hidden one left out";
     *release = true;
     ASSERT_TRUE(settle(model));
     QTest::qWait(1);

@@ -22,6 +22,7 @@ AskDialog::AskDialog(Model& model, const Ask& ask, QWidget* parent) : QDialog(pa
     message->setWordWrap(true);
     layout->addWidget(title);
     layout->addWidget(message);
+    layout->addSpacing(Theme::line);
     auto* buttons = new QDialogButtonBox(this);
     confirm_ = buttons->addButton(ask.button, QDialogButtonBox::AcceptRole);
     buttons->addButton(QDialogButtonBox::Cancel);

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QStackedWidget>
+#include <QSystemTrayIcon>
 #include <QTextStream>
 #include <QTimer>
 #include <QTreeView>
@@ -12,6 +13,7 @@
 #include "model/model.h"
 #include "ui/dialogs/ask_dialog.h"
 #include "ui/dialogs/confirm_sheet.h"
+#include "ui/dialogs/welcome_sheet.h"
 #include "ui/hooks/watchdog.h"
 #include "ui/pages/clean_page.h"
 #include "ui/theme/theme.h"
@@ -244,6 +246,16 @@ Report Driver::run() {
         return waitFor([this] { return window_.isVisible() && window_.isActiveWindow(); }, 5000)
                    ? QString() : QStringLiteral("an active window");
     });
+    if (window_.modals()->welcomeSheet() || model_.showWelcome())
+        step(QStringLiteral("the welcome sheet shows at the first start, Escape closes it"), [this] {
+            if (!waitFor([this] { return window_.modals()->welcomeSheet() && window_.modals()->welcomeSheet()->isVisible(); }, 3000))
+                return QStringLiteral("the welcome sheet shown");
+            key(window_.modals()->welcomeSheet(), Qt::Key_Escape);
+            return waitFor([this] { return !window_.modals()->welcomeSheet() && !model_.showWelcome(); }, 3000)
+                       ? QString() : QStringLiteral("the welcome sheet closed");
+        });
+    else
+        skip(QStringLiteral("the welcome sheet"), QStringLiteral("Quarle has welcomed this user before"));
     step(QStringLiteral("the first scan"), [this] { return scanFinished(30 * 60 * 1000); });
     pages();
     cleanKeys();
@@ -262,7 +274,9 @@ Report Driver::run() {
             return finished;
         });
     palettes();
-    skip(QStringLiteral("the tray's actions"), QStringLiteral("the tray has no menu yet"));
+    skip(QStringLiteral("the tray's actions"), QSystemTrayIcon::isSystemTrayAvailable()
+                                                   ? QStringLiteral("they are not driven yet")
+                                                   : QStringLiteral("this desktop has no tray"));
     report_.stalls = watchdog_.stop();
     report_.stallLimitMs = stallLimit.count();
     return report_;

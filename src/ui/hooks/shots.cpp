@@ -3,13 +3,20 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QPainter>
 #include <QPixmap>
 #include <QTextStream>
 #include <QTimer>
+#include <QTreeView>
 
 #include "model/model.h"
 #include "ui/theme/theme.h"
+#include "ui/dialogs/confirm_sheet.h"
+#include "ui/pages/clean_page.h"
+#include "ui/widgets/finding_model.h"
+#include "ui/dialogs/welcome_sheet.h"
 #include "ui/window/main_window.h"
+#include "ui/window/modal_host.h"
 #include "ui/window/sidebar.h"
 
 namespace Shots {
@@ -27,6 +34,27 @@ bool ready(const Model& model) {
     return model.scan().has_value() && !model.scanning();
 }
 
+// The window dimmed with a sheet over it, as a person sees it (the sheet is a window of its own).
+QPixmap withSheet(QWidget& window, QWidget* sheet) {
+    QPixmap picture = window.grab();
+    if (!sheet) return picture;
+    const QPixmap over = sheet->grab();
+    QPainter p(&picture);
+    p.fillRect(picture.rect(), QColor(0, 0, 0, Theme::current() == Theme::Scheme::night ? 120 : 70));
+    const QPoint at((picture.width() - over.width()) / 2, std::max(40, (picture.height() - over.height()) / 3));
+    p.drawPixmap(at, over);
+    p.setPen(window.palette().color(QPalette::Mid));
+    p.drawRect(QRect(at, over.size()).adjusted(-1, -1, 0, 0));
+    return picture;
+}
+
+bool save(const QPixmap& picture, const QString& dir, const QString& name) {
+    const QString file = QDir(dir).filePath(name + ".png");
+    if (picture.save(file)) return true;
+    QTextStream(stderr) << "quarle: cannot write " << file << "\n";
+    return false;
+}
+
 }  // namespace
 
 void take(MainWindow& window, Model& model, const QString& dir) {
@@ -41,17 +69,36 @@ void take(MainWindow& window, Model& model, const QString& dir) {
         QElapsedTimer waited;
         waited.start();
         while (!ready(model) && waited.elapsed() < 30000) settle(50);
+        if (model.scanning()) settle(2000);  // the walk's figures and first rows come in meanwhile
         const Appearance before = model.appearance();
         int failed = 0;
         for (const auto& [appearance, name] : {std::pair{Appearance::night, "night"}, {Appearance::paper, "paper"}}) {
             Theme::apply(appearance);
+            const QString palette = QLatin1Char('-') + QLatin1String(name);
             for (int i = 0; i < pageCount; ++i) {
                 model.setPage(Page(i));
+                // Clean with its first row open, to show parts with their own ticks and notes.
+                if (auto* clean = qobject_cast<CleanPage*>(window.page(Page(i))); clean && Page(i) == Page::clean)
+                    clean->view()->expand(clean->rows()->index(0, 0, clean->rows()->index(0, 0)));
                 settle(120);
-                const QString file = QDir(dir).filePath(pageSlug(Page(i)) + QLatin1Char('-') + QLatin1String(name) + ".png");
-                if (!window.grab().save(file)) {
-                    err << "quarle: cannot write " << file << "\n";
-                    ++failed;
+                // The welcome sheet over Home once, as the first start shows it; then it is read.
+                if (Page(i) == Page::home && window.modals()->welcomeSheet()) {
+                    failed += !save(withSheet(window, window.modals()->welcomeSheet()), dir, "welcome" + palette);
+                    model.closeWelcome();
+                    settle(60);
+                }
+                failed += !save(window.grab(), dir, pageSlug(Page(i)) + palette);
+                // The confirmation of the Clean page's ticked rows once.
+                if (Page(i) == Page::clean && appearance == Appearance::night && !model.scanning()) {
+                    model.askClean(false);
+                    QElapsedTimer asked;
+                    asked.start();
+                    while (!window.modals()->confirmSheet() && asked.elapsed() < 5000) settle(20);
+                    settle(60);
+                    if (ConfirmSheet* sheet = window.modals()->confirmSheet())
+                        failed += !save(withSheet(window, sheet), dir, "confirm" + palette);
+                    model.dismissConfirm();
+                    settle(60);
                 }
             }
         }

@@ -70,10 +70,15 @@ CleanPage::CleanPage(Model& model, bool developerOnly, QWidget* parent)
         const Finding* f = rows_->findingAt(current);
         if (f && rows_->kind(current) == FindingModel::finding && model_.focus() != f->id) model_.setFocus(f->id);
     });
+    // After a sheet closes, the keys go back to the rows.
+    connect(&model_, &Model::keysTokenChanged, this, [this] {
+        if (isVisible()) view_->setFocus();
+    });
     fold_->setSingleShot(true);
     fold_->setInterval(0);
     connect(fold_, &QTimer::timeout, this, &CleanPage::refresh);
-    for (auto signal : {&Model::scanChanged, &Model::tickedChanged, &Model::picksChanged, &Model::hiddenRowsChanged})
+    for (auto signal : {&Model::scanChanged, &Model::scanningChanged, &Model::earlyChanged, &Model::tickedChanged,
+                        &Model::picksChanged, &Model::hiddenRowsChanged})
         connect(&model_, signal, fold_, qOverload<>(&QTimer::start));
     refresh();
 }
@@ -154,6 +159,12 @@ bool CleanPage::eventFilter(QObject* watched, QEvent* event) {
         if (key->key() == Qt::Key_J || key->key() == Qt::Key_K) {
             QKeyEvent arrow(QEvent::KeyPress, key->key() == Qt::Key_J ? Qt::Key_Down : Qt::Key_Up, Qt::NoModifier);
             QCoreApplication::sendEvent(view_, &arrow);
+            return true;
+        }
+        // Return opens a row to its parts and closes it again, as Right and Left do.
+        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && view_->currentIndex().isValid()) {
+            const QModelIndex current = view_->currentIndex();
+            view_->setExpanded(current, !view_->isExpanded(current));
             return true;
         }
         if (key->key() == Qt::Key_Backspace && key->modifiers() & Qt::ControlModifier) {

@@ -1,5 +1,6 @@
 #include "ui/pages/history_page.h"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -48,6 +49,9 @@ HistoryPage::HistoryPage(Model& model, QWidget* parent)
     auto* heading = new QLabel(tr("History"), this);
     heading->setFont(Theme::titleFont());
     keep_->setForegroundRole(QPalette::PlaceholderText);
+    keep_->setTextFormat(Qt::RichText);
+    // The keep period is set where the other preferences are; the line leads there.
+    connect(keep_, &QLabel::linkActivated, this, [this] { model_.setPage(Page::settings); });
     layout->addWidget(heading);
     layout->addWidget(keep_);
     layout->addSpacing(Theme::line);
@@ -91,8 +95,8 @@ HistoryPage::HistoryPage(Model& model, QWidget* parent)
 }
 
 void HistoryPage::refresh() {
-    keep_->setText(tr("Quarle keeps what it moves in the Trash %1, then empties it. Change this in Settings.")
-                       .arg(model_.keepFor()));
+    keep_->setText(tr("Quarle keeps what it moves in the Trash %1, then empties it. <a href=\"settings\">Change this "
+                      "in Settings</a>.").arg(model_.keepFor().toHtmlEscaped()));
     const QUuid current = list_->currentItem() ? list_->currentItem()->data(0, idRole).toUuid() : QUuid();
     QSet<QUuid> open;
     for (int i = 0; i < list_->topLevelItemCount(); ++i)
@@ -115,6 +119,8 @@ void HistoryPage::refresh() {
         if (open.contains(e.id)) item->setExpanded(true);
         if (e.id == current) list_->setCurrentItem(item);
     }
+    // The newest entry is current at first, so that its buttons show what can be done with it.
+    if (!list_->currentItem() && list_->topLevelItemCount() > 0) list_->setCurrentItem(list_->topLevelItem(0));
     list_->setVisible(!entries.isEmpty());
     empty_->setVisible(entries.isEmpty());
     emptyAll_->setEnabled(inTrash && model_.jobs() == 0);
@@ -136,4 +142,10 @@ void HistoryPage::restoreChosen() {
     for (const QTreeWidgetItem* item : list_->selectedItems())
         if (item->parent() && entryOf(model_, item) == e) only.insert(item->data(0, idRole).toString());
     model_.restore(*e, only.isEmpty() ? std::nullopt : std::optional<QSet<QString>>(only));
+}
+
+void HistoryPage::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // Swatches, bars and dimmed lines carry the palette's colours: draw them again in the new one.
+    if (event->type() == QEvent::PaletteChange) fold_->start();
 }

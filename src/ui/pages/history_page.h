@@ -20,6 +20,9 @@ public:
     QPushButton* emptyNow() const { return emptyNow_; }
     QPushButton* emptyAll() const { return emptyAll_; }
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     void follow();
     void restoreChosen();

@@ -1,5 +1,6 @@
 #pragma once
-// Home: the disk and what fills it, the scan (live while it runs) and what can be cleared now.
+// Home: the disk and what fills it, what can be cleared now (the largest rows, or the rows as the
+// running scan finds them), the last scan with what it found by bucket, and Full Disk Access.
 
 #include <QWidget>
 
@@ -20,11 +21,14 @@ public:
     QString figures() const;
     QString scanLine() const;
     QStringList legend() const;
-    QStringList earlyRows() const;
+    // The titles of the rows listed under what can be cleared (the early rows while scanning).
+    QStringList rows() const;
+    QString accessLine() const;
     QPushButton* scanButton() const { return scan_; }
     QPushButton* cleanButton() const { return clean_; }
 
 protected:
+    void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
@@ -32,18 +36,25 @@ private:
     void refreshScan();
     void refreshLive();
     void refreshClear();
+    void refreshFound();
 
     Model& model_;
     QLabel* heading_;
     QLabel* figures_;
+    QLabel* access_;
     DiskBar* bar_;
     QGridLayout* legend_;
     QLabel* scanTitle_;
     QLabel* scanLine_;
+    QGridLayout* found_;
+    QLabel* trashFigure_;
+    QLabel* trash_;
+    QPushButton* history_;
     QPushButton* scan_;
-    QGridLayout* early_;
     QLabel* clearFigure_;
     QLabel* clearLine_;
+    QGridLayout* rows_;
+    QLabel* more_;
     QPushButton* clean_;
     QTimer* live_;
     QTimer* fold_;

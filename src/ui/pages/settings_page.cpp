@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -16,15 +15,23 @@
 #include "platform/build_info.h"
 #include "platform/updates.h"
 #include "ui/theme/theme.h"
+#include "ui/widgets/card.h"
 
 namespace {
 
 const int keepChoices[] = {1, 3, 7, 14, 30, 90, 0};  // 0: until the user empties the Trash
 
-QLabel* section(const QString& text, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
+// A card of the page with its heading; returns where its lines go.
+QVBoxLayout* card(QVBoxLayout* page, QWidget* parent, const QString& heading) {
+    auto* c = new Card(parent);
+    auto* box = new QVBoxLayout(c);
+    box->setSpacing(Theme::line);
+    auto* label = new QLabel(heading, c);
     label->setFont(Theme::figureFont());
-    return label;
+    box->addWidget(label);
+    box->addSpacing(Theme::line);
+    page->addWidget(c);
+    return box;
 }
 
 QLabel* muted(const QString& text, QWidget* parent) {
@@ -32,6 +39,23 @@ QLabel* muted(const QString& text, QWidget* parent) {
     label->setForegroundRole(QPalette::PlaceholderText);
     label->setWordWrap(true);
     return label;
+}
+
+// A setting: its name over a line saying what it does, the control at the right. Returns that line.
+QLabel* setting(QVBoxLayout* box, QWidget* parent, const QString& name, const QString& note, QWidget* control) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(Theme::gap);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(2);
+    words->addWidget(new QLabel(name, parent));
+    auto* line = muted(note, parent);
+    line->setFont(Theme::smallFont());
+    words->addWidget(line);
+    row->addLayout(words, 1);
+    row->addWidget(control, 0, Qt::AlignVCenter);
+    box->addLayout(row);
+    box->addSpacing(Theme::line);
+    return line;
 }
 
 void clear(QVBoxLayout* box) {
@@ -74,45 +98,46 @@ SettingsPage::SettingsPage(Model& model, QWidget* parent)
     scroll->setWidget(body);
     auto* layout = new QVBoxLayout(body);
     layout->setContentsMargins(Theme::margin, Theme::margin, Theme::margin, Theme::margin);
-    layout->setSpacing(Theme::line);
+    layout->setSpacing(Theme::gap);
     auto* heading = new QLabel(tr("Settings"), body);
     heading->setFont(Theme::titleFont());
     layout->addWidget(heading);
-    layout->addSpacing(Theme::gap);
 
-    auto* form = new QFormLayout;
-    form->setHorizontalSpacing(Theme::gap);
-    form->setVerticalSpacing(Theme::line * 2);
-    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
     for (int days : keepChoices)
         keepDays_->addItem(days > 0 ? Fmt::count(days, QStringLiteral("day")) : tr("Until I empty it"), days);
     keepDays_->setAccessibleName(tr("Keep moved items in the Trash"));
-    form->addRow(tr("Keep moved items in the Trash"), keepDays_);
     appearance_->addItem(tr("Follow the system"), int(Appearance::system));
     appearance_->addItem(tr("Night"), int(Appearance::night));
     appearance_->addItem(tr("Paper"), int(Appearance::paper));
     appearance_->setAccessibleName(tr("Appearance"));
-    form->addRow(tr("Appearance"), appearance_);
-    tray_->setText(tr("Show Quarle in the tray"));
-    if (!QSystemTrayIcon::isSystemTrayAvailable()) tray_->setToolTip(tr("This desktop has no tray."));
-    form->addRow(QString(), tray_);
-    layout->addLayout(form);
+    for (QComboBox* box : {keepDays_, appearance_}) box->setMinimumWidth(220);
+    tray_->setAccessibleName(tr("Show Quarle in the tray"));
+    const bool tray = QSystemTrayIcon::isSystemTrayAvailable();
+    tray_->setEnabled(tray);
 
-    layout->addSpacing(Theme::gap);
-    layout->addWidget(section(tr("Hidden rows"), body));
-    layout->addWidget(muted(tr("Rows you chose never to see on Clean or Developer."), body));
-    layout->addLayout(hidden_);
-    layout->addSpacing(Theme::gap);
-    layout->addWidget(section(tr("Never cleared"), body));
-    layout->addWidget(muted(tr("Items Quarle leaves alone, whatever is ticked."), body));
-    layout->addLayout(never_);
-    layout->addSpacing(Theme::gap);
-    layout->addWidget(section(tr("Version"), body));
-    layout->addWidget(muted(Updates::versionLine(BuildInfo::version(), BuildInfo::revision()), body));
+    QVBoxLayout* general = card(layout, body, tr("General"));
+    setting(general, body, tr("Keep moved items in the Trash"),
+            tr("Then Quarle empties them for good. Until then History can put them back."), keepDays_);
+    setting(general, body, tr("Appearance"), tr("Night and paper, or whichever the desktop uses."), appearance_);
+    setting(general, body, tr("Show Quarle in the tray"),
+            tray ? tr("Free space and a scan at hand; closing the window keeps Quarle running.")
+                 : tr("This desktop has no tray, so there is nowhere to show it."),
+            tray_);
+
+    QVBoxLayout* hiddenBox = card(layout, body, tr("Hidden rows"));
+    hiddenBox->addWidget(muted(tr("Rows you chose never to see on Clean or Developer."), body));
+    hiddenBox->addLayout(hidden_);
+    QVBoxLayout* neverBox = card(layout, body, tr("Never cleared"));
+    neverBox->addWidget(muted(tr("Items Quarle leaves alone, whatever is ticked."), body));
+    neverBox->addLayout(never_);
+
+    auto* welcome = new QPushButton(tr("Show Welcome"), body);
+    connect(welcome, &QPushButton::clicked, &model_, &Model::openWelcome);
     // dpkg and apt are asked on a thread of their own; the line says so until they answer.
-    auto* updates = muted(Updates::sentence(std::nullopt), body);
+    QLabel* updates = setting(card(layout, body, tr("Version")), body,
+                              Updates::versionLine(BuildInfo::version(), BuildInfo::revision()),
+                              Updates::sentence(std::nullopt), welcome);
     updates->setObjectName(QStringLiteral("updates"));
-    layout->addWidget(updates);
     Updates::askInBackground(QCoreApplication::applicationFilePath(), updates,
                              [updates](const Updates::Channel& c) { updates->setText(Updates::sentence(c)); });
     layout->addStretch();

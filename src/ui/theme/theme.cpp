@@ -2,11 +2,35 @@
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyle>
+#include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 namespace Theme {
 namespace {
+
+// Fusion with room to breathe: buttons, fields and list rows a little taller and wider than its
+// compact defaults, which read as a tool for developers rather than a finished application.
+class Roomy : public QProxyStyle {
+public:
+    Roomy() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) { setObjectName(QStringLiteral("fusion")); }
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override {
+        QSize s = QProxyStyle::sizeFromContents(type, option, size, widget);
+        switch (type) {
+        case CT_PushButton: return {s.width() + 18, std::max(s.height() + 4, 30)};
+        case CT_ComboBox: return {s.width() + 8, std::max(s.height() + 4, 30)};
+        case CT_ItemViewItem: return {s.width(), s.height() + 10};
+        case CT_HeaderSection: return {s.width() + 8, s.height() + 10};
+        default: return s;
+        }
+    }
+};
+
+// Column headings as quiet labels over a hairline rather than raised buttons.
+const char* sheet = "QHeaderView { background: palette(base); border: none; }"
+                    "QHeaderView::section { background: palette(base); color: palette(window-text);"
+                    " border: none; border-bottom: 1px solid palette(mid); padding: 2px 3px; font-weight: 600; }";
 
 QPalette systemPalette;
 bool remembered = false;
@@ -62,12 +86,16 @@ Scheme systemScheme() {
 
 void apply(Appearance appearance) {
     rememberSystem();
-    if (QApplication::style()->name() != QLatin1String("fusion"))
-        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    static bool styled = false;
+    if (!styled) QApplication::setStyle(new Roomy);
+    styled = true;
     scheme = appearance == Appearance::night   ? Scheme::night
              : appearance == Appearance::paper ? Scheme::paper
                                                : systemScheme();
     QApplication::setPalette(build(scheme));
+    // The sheet names palette colours, which it resolves when set: set again after every palette.
+    qApp->setStyleSheet(QString());
+    qApp->setStyleSheet(QLatin1String(sheet));
 }
 
 Scheme current() { return scheme; }
@@ -83,6 +111,10 @@ QColor paint(Paint paint, Scheme s) {
         {0xd1, 0xb4, 0x55}, {0x52, 0xaf, 0xb3}, {0xb0, 0x9a, 0x74}, {0x82, 0x84, 0x88}};
     const int i = static_cast<int>(paint);
     return s == Scheme::night ? night[i] : paper[i];
+}
+
+QColor bucket(Bucket b) {
+    return paint(b == Bucket::now ? Paint::mint : b == Bucket::call ? Paint::butter : Paint::stone);
 }
 
 QColor muted() { return QApplication::palette().color(QPalette::PlaceholderText); }

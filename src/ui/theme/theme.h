@@ -30,6 +30,8 @@ Scheme current();
 Scheme systemScheme();
 
 QColor paint(Paint paint, Scheme scheme = current());
+// The colour that marks a bucket wherever rows are grouped by it.
+QColor bucket(Bucket bucket);
 QColor muted();   // secondary text
 QColor accent();  // buttons that act, the selected page
 QColor panel();   // the sidebar, cards

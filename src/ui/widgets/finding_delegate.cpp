@@ -34,7 +34,7 @@ void FindingDelegate::paint(QPainter* p, const QStyleOptionViewItem& option, con
         bold.setWeight(QFont::DemiBold);
         p->setFont(bold);
         p->setPen(opt.palette.color(QPalette::Text));
-        const QRect text = r.adjusted(4, 10, -8, 0);
+        const QRect text = r.adjusted(4, 10, -11, 0);  // sizes end where the rows' sizes end
         p->drawText(text, Qt::AlignLeft | Qt::AlignTop, opt.text);
         p->drawText(text, Qt::AlignRight | Qt::AlignTop, index.data(FindingModel::bytesRole).toString());
         p->setPen(opt.palette.color(QPalette::Mid));

@@ -3,6 +3,7 @@
 #include "core/fmt.h"
 #include "core/picks.h"
 #include "model/model.h"
+#include "scan/catalogue.h"
 
 namespace {
 
@@ -34,11 +35,35 @@ FindingModel::FindingModel(Model& model, bool developerOnly, QObject* parent)
 
 QList<FindingModel::Group> FindingModel::build() const {
     QList<Group> groups;
-    if (!model_.scan()) return groups;
+    if (!model_.scan()) {
+        // While the first scan runs, each rule's row shows as its folders are measured, without a
+        // tick: nothing can be chosen before the result.
+        for (Bucket bucket : {Bucket::now, Bucket::call}) {
+            Group g{bucket, {}, 0};
+            for (const EarlyRow& e : model_.early()) {
+                const std::optional<Catalogue::Rule> rule = Catalogue::rule(e.id);
+                if (e.bucket != bucket || (developerOnly_ && !(rule && rule->developer))) continue;
+                Finding f;
+                f.id = e.id;
+                f.title = e.title;
+                f.bucket = e.bucket;
+                f.bytes = e.bytes;
+                f.partial = !e.done;
+                f.place = e.done ? tr("Measured") : tr("Measuring…");
+                f.removal = Removal::none();
+                g.rows.append(Row{f, {}, {}});
+                g.bytes += e.bytes;
+            }
+            if (!g.rows.isEmpty()) groups.append(g);
+        }
+        return groups;
+    }
     for (const Finding& f : model_.scan()->findings) {
         if (developerOnly_ && !f.developer) continue;
         if (groups.isEmpty() || groups.last().bucket != f.bucket) groups.append(Group{f.bucket, {}, 0});
-        groups.last().rows.append(Row{f, model_.inside(f)});
+        Row row{f, model_.inside(f), {}};
+        for (const Part& p : model_.chosen(f)) row.chosen.insert(p.path);
+        groups.last().rows.append(std::move(row));
         groups.last().bytes += f.bytes;
     }
     return groups;
@@ -141,7 +166,7 @@ QVariant FindingModel::data(const QModelIndex& index, int role) const {
             QStringList bits{f.place};
             if (!f.comesBack.isEmpty()) bits << f.comesBack;
             if (f.removal.isCommand()) bits << tr("Cleared by running %1").arg(f.removal.args.value(0));
-            if (f.removal.isNone()) bits << tr("Only listed: Quarle does not clear it");
+            if (f.removal.isNone() && model_.scan()) bits << tr("Only listed: Quarle does not clear it");
             return bits.join(QStringLiteral("  ·  "));
         }
         case keptRole: return Picks::keptNote(f.id).value_or(QString());
@@ -172,7 +197,7 @@ QVariant FindingModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole: return p.name + QStringLiteral(", ") + Fmt::bytes(p.bytes);
     case Qt::CheckStateRole:
         if (f.removal.isNone()) return {};
-        return model_.isChosen(f, p) ? Qt::Checked : Qt::Unchecked;
+        return rowAt(index)->chosen.contains(p.path) ? Qt::Checked : Qt::Unchecked;
     }
     return {};
 }

@@ -4,6 +4,7 @@
 // rows and parts updates in place; any other reshapes the tree (the page restores its place).
 
 #include <QAbstractItemModel>
+#include <QSet>
 
 #include "core/records.h"
 
@@ -36,6 +37,7 @@ private:
     struct Row {
         Finding finding;
         QList<Part> parts;
+        QSet<QString> chosen;  // paths of the parts ticked, read once per refresh: a row may hold thousands
     };
     struct Group {
         Bucket bucket;

@@ -9,6 +9,7 @@
 #include "ui/hooks/self_check.h"
 #include "ui/hooks/shots.h"
 #include "ui/theme/theme.h"
+#include "ui/tray/tray_icon.h"
 #include "ui/window/main_window.h"
 
 namespace Ui {
@@ -43,9 +44,9 @@ int run(int& argc, char** argv) {
     Model model;
     Theme::apply(model.appearance());
     MainWindow window(model);
-    const auto applyTray = [](bool show) { QApplication::setQuitOnLastWindowClosed(!show); };
-    model.applyMenuBar = applyTray;
-    applyTray(model.showMenuBar());
+    TrayIcon tray(model);
+    model.applyMenuBar = [&tray](bool show) { tray.apply(show); };
+    tray.apply(model.showMenuBar());
     model.openWindow = [&window] {
         window.showNormal();
         window.raise();

@@ -3,15 +3,18 @@
 #include "model/model.h"
 #include "ui/dialogs/ask_dialog.h"
 #include "ui/dialogs/confirm_sheet.h"
+#include "ui/dialogs/welcome_sheet.h"
 
 namespace {
 
 // Closes a dialog the model no longer asks for, without answering it.
-void retire(QDialog* dialog) {
+template <class Dialog>
+void retire(QPointer<Dialog>& dialog) {
     if (!dialog) return;
     dialog->disconnect();
     dialog->hide();
     dialog->deleteLater();
+    dialog = nullptr;
 }
 
 template <class Dialog>
@@ -26,10 +29,22 @@ void opened(Dialog* dialog, Model& model) {
 ModalHost::ModalHost(Model& model, QWidget* window) : QObject(window), model_(model), window_(window) {
     connect(&model_, &Model::confirmChanged, this, &ModalHost::followConfirm);
     connect(&model_, &Model::askChanged, this, &ModalHost::followAsk);
+    connect(&model_, &Model::showWelcomeChanged, this, &ModalHost::followWelcome);
 }
 
 ConfirmSheet* ModalHost::confirmSheet() const { return confirm_; }
 AskDialog* ModalHost::askDialog() const { return ask_; }
+WelcomeSheet* ModalHost::welcomeSheet() const { return welcome_; }
+
+void ModalHost::followWelcome() {
+    if (!model_.showWelcome()) {
+        retire(welcome_);
+        return;
+    }
+    if (welcome_) return;
+    welcome_ = new WelcomeSheet(model_, window_);
+    opened(welcome_.data(), model_);
+}
 
 void ModalHost::followConfirm() {
     const std::optional<Confirm>& confirm = model_.confirm();

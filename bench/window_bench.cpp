@@ -1,0 +1,141 @@
+// The window's speed, one figure per mode (bench/window-bench.sh runs them side by side):
+//   window_bench first-paint   launch to the first painted window, demonstration (ms)
+//   window_bench stall         the longest time the main thread did not answer while the home of
+//                              QUARLE_ROOT is scanned with Clean open (ms), and how many such gaps > 50 ms
+//   window_bench parts         opening Clean's row with the most parts, and the slowest and the median
+//                              frame while paging through it (ms)
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QScrollBar>
+#include <QTimer>
+#include <QTreeView>
+#include <algorithm>
+#include <cstdio>
+
+#include "model/model.h"
+#include "ui/pages/clean_page.h"
+#include "ui/theme/theme.h"
+#include "ui/widgets/finding_model.h"
+#include "ui/window/main_window.h"
+
+namespace {
+
+QElapsedTimer launched;
+
+// Counts the first paint of a widget.
+class FirstPaint : public QObject {
+public:
+    qint64 at = -1;
+    bool eventFilter(QObject* o, QEvent* e) override {
+        if (e->type() == QEvent::Paint && at < 0) at = launched.elapsed();
+        return QObject::eventFilter(o, e);
+    }
+};
+
+void wait(const std::function<bool()>& done, int ms = 600000) {
+    QElapsedTimer t;
+    t.start();
+    while (!done() && t.elapsed() < ms) QApplication::processEvents(QEventLoop::AllEvents, 5);
+}
+
+int firstPaint(int& argc, char** argv) {
+    qputenv("QUARLE_DEMO", "1");
+    QApplication app(argc, argv);
+    Theme::rememberSystem();
+    Model model;
+    Theme::apply(model.appearance());
+    MainWindow window(model);
+    FirstPaint paint;
+    window.page(Page::home)->installEventFilter(&paint);
+    window.show();
+    QTimer::singleShot(0, &model, [&] { model.start(); });
+    wait([&] { return paint.at >= 0; }, 10000);
+    std::printf("%lld\n", paint.at);
+    return paint.at < 0;
+}
+
+int stall(int& argc, char** argv) {
+    QApplication app(argc, argv);
+    Theme::rememberSystem();
+    Model model;
+    Theme::apply(model.appearance());
+    MainWindow window(model);
+    model.setPage(Page::clean);
+    window.show();
+    wait([] { return false; }, 300);  // the window's own first paint is another figure
+    // A timer asks to run every millisecond; the gaps between its runs are the main thread's stalls.
+    QElapsedTimer clock;
+    clock.start();
+    qint64 last = 0, longest = 0;
+    int over = 0;
+    QTimer tick;
+    tick.setInterval(1);
+    QObject::connect(&tick, &QTimer::timeout, [&] {
+        const qint64 now = clock.elapsed();
+        longest = std::max(longest, now - last);
+        over += now - last > 50;
+        if (qEnvironmentVariableIsSet("QUARLE_BENCH_VERBOSE") && now - last > 50)
+            std::fprintf(stderr, "stall of %lld ms at %lld ms\n", now - last, now);
+        last = now;
+    });
+    tick.start();
+    model.start();
+    wait([&] { return model.scan().has_value() && !model.scanning(); });
+    wait([] { return false; }, 500);  // the result lands and the pages redraw
+    std::printf("%lld %d\n", longest, over);
+    return 0;
+}
+
+int parts(int& argc, char** argv) {
+    QApplication app(argc, argv);
+    Theme::rememberSystem();
+    Model model;
+    Theme::apply(model.appearance());
+    MainWindow window(model);
+    model.setPage(Page::clean);
+    window.show();
+    model.start();
+    wait([&] { return model.scan().has_value() && !model.scanning(); });
+    wait([] { return false; }, 300);
+    auto* page = static_cast<CleanPage*>(window.page(Page::clean));
+    QTreeView* view = page->view();
+    FindingModel* rows = page->rows();
+    QModelIndex widest;
+    for (int g = 0; g < rows->rowCount(); ++g)
+        for (int f = 0; f < rows->rowCount(rows->index(g, 0)); ++f) {
+            const QModelIndex i = rows->index(f, 0, rows->index(g, 0));
+            if (!widest.isValid() || rows->rowCount(i) > rows->rowCount(widest)) widest = i;
+        }
+    QElapsedTimer t;
+    t.start();
+    view->expand(widest);
+    view->scrollTo(widest, QAbstractItemView::PositionAtTop);
+    view->viewport()->repaint();
+    const qint64 open = t.elapsed();
+    QList<qint64> frames;
+    QScrollBar* bar = view->verticalScrollBar();
+    while (bar->value() < bar->maximum() && frames.size() < 2000) {
+        QElapsedTimer f;
+        f.start();
+        bar->setValue(bar->value() + bar->pageStep());
+        view->viewport()->repaint();
+        frames << f.nsecsElapsed() / 1000;
+    }
+    std::sort(frames.begin(), frames.end());
+    std::printf("%d %lld %.2f %.2f\n", rows->rowCount(widest), open, frames.isEmpty() ? 0.0 : frames.last() / 1000.0,
+                frames.isEmpty() ? 0.0 : frames[frames.size() / 2] / 1000.0);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    launched.start();
+    const QByteArray mode = argc > 1 ? QByteArray(argv[1]) : QByteArray();
+    if (mode == "first-paint") return firstPaint(argc, argv);
+    if (mode == "stall") return stall(argc, argv);
+    if (mode == "parts") return parts(argc, argv);
+    std::fprintf(stderr, "usage: window_bench first-paint|stall|parts\n");
+    return 2;
+}
