@@ -13,6 +13,7 @@
 #include "measure/dir_listing.h"
 #include "measure/dir_node.h"
 #include "measure/walker.h"
+#include "measure/yielding.h"
 
 SharedWalk::SharedWalk(const QStringList& roots, Options options)
     : options_(std::move(options)), dedupe_(options_.dedupe ? options_.dedupe : &ownDedupe_) {
@@ -82,6 +83,7 @@ void SharedWalk::stopAll() {
 }
 
 void SharedWalk::work() {
+    Yielding::lowerThisThread();
     Tally tally;
     std::vector<DirNode*> subfolders;
     int taken = 0;

@@ -17,6 +17,7 @@
 #include "measure/dir_node.h"
 #include "measure/shared_walk.h"
 #include "measure/walker.h"
+#include "measure/yielding.h"
 
 namespace {
 
@@ -99,6 +100,7 @@ template <typename Body>
 void parallelFor(std::size_t n, int threads, Body&& body) {
     std::atomic<std::size_t> next{0};
     auto run = [&] {
+        Yielding::lowerThisThread();
         for (std::size_t i; (i = next.fetch_add(1)) < n;) body(i);
     };
     std::vector<std::thread> helpers;
