@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeView>
@@ -75,6 +76,16 @@ TEST(CleanPage, TicksPlaceConfirmationAndDeleteNow) {
     EXPECT_EQ(tick(rows->indexOf("builds")), Qt::Checked);
     QTest::keyClick(page.view(), Qt::Key_Return);
     EXPECT_TRUE(page.view()->isExpanded(rows->indexOf("builds")));
+
+    // Finding: the rows and buckets that do not match are hidden; Escape shows them all again.
+    model->bumpFind();
+    page.find()->setText("row b");
+    EXPECT_TRUE(page.view()->isRowHidden(rows->indexOf("caches").row(), rows->indexOf("caches").parent()));
+    EXPECT_FALSE(page.view()->isRowHidden(rows->indexOf("builds").row(), rows->indexOf("builds").parent()));
+    EXPECT_TRUE(page.view()->isRowHidden(0, {})) << "Clear now holds no match";
+    QTest::keyClick(page.find(), Qt::Key_Escape);
+    EXPECT_TRUE(page.find()->text().isEmpty());
+    EXPECT_FALSE(page.view()->isRowHidden(0, {}));
 
     // Nothing ticked: nothing to move.
     model->toggle(shown(*model, "caches"));

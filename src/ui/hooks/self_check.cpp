@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QStackedWidget>
 #include <QSystemTrayIcon>
 #include <QTextStream>
@@ -146,6 +147,12 @@ void Driver::cleanKeys() {
         });
     else
         skip(QStringLiteral("Right opens the row and Left closes it"), QStringLiteral("the first row has no parts"));
+    step(QStringLiteral("Ctrl+F focuses the find field, Escape goes back to the rows"), [&] {
+        key(view, Qt::Key_F, Qt::ControlModifier);
+        const bool found = waitFor([&] { return page->find()->hasFocus(); }, 1000);
+        key(page->find(), Qt::Key_Escape);
+        return found && view->hasFocus() ? QString() : QStringLiteral("the find field focused, then the rows");
+    });
 }
 
 QString Driver::sheetCancelled(const std::function<void()>& open) {

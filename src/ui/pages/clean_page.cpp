@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
@@ -19,7 +20,7 @@
 
 CleanPage::CleanPage(Model& model, bool developerOnly, QWidget* parent)
     : QWidget(parent), model_(model), developerOnly_(developerOnly), rows_(new FindingModel(model, developerOnly, this)),
-      view_(new QTreeView(this)), empty_(new QLabel(this)), total_(new QLabel(this)),
+      view_(new QTreeView(this)), find_(new QLineEdit(this)), empty_(new QLabel(this)), total_(new QLabel(this)),
       suggest_(new QPushButton(tr("Select suggested"), this)), trash_(new QPushButton(tr("Move to Trash…"), this)),
       fold_(new QTimer(this)) {
     auto* layout = new QVBoxLayout(this);
@@ -32,7 +33,15 @@ CleanPage::CleanPage(Model& model, bool developerOnly, QWidget* parent)
                            this);
     sub->setForegroundRole(QPalette::PlaceholderText);
     sub->setWordWrap(true);
-    layout->addWidget(heading);
+    find_->setPlaceholderText(tr("Find a row (Ctrl+F)"));
+    find_->setClearButtonEnabled(true);
+    find_->setAccessibleName(tr("Find a row"));
+    find_->setFixedWidth(260);
+    find_->installEventFilter(this);
+    auto* top = new QHBoxLayout;
+    top->addWidget(heading, 1);
+    top->addWidget(find_, 0, Qt::AlignBottom);
+    layout->addLayout(top);
     layout->addWidget(sub);
     layout->addSpacing(Theme::line);
 
@@ -71,6 +80,12 @@ CleanPage::CleanPage(Model& model, bool developerOnly, QWidget* parent)
         if (f && rows_->kind(current) == FindingModel::finding && model_.focus() != f->id) model_.setFocus(f->id);
     });
     // After a sheet closes, the keys go back to the rows.
+    connect(find_, &QLineEdit::textChanged, this, &CleanPage::applyFind);
+    connect(&model_, &Model::findTokenChanged, this, [this] {
+        if (!isVisible()) return;
+        find_->setFocus();
+        find_->selectAll();
+    });
     connect(&model_, &Model::keysTokenChanged, this, [this] {
         if (isVisible()) view_->setFocus();
     });
@@ -104,12 +119,29 @@ void CleanPage::refresh() {
         if (const QModelIndex i = rows_->indexOf(current); i.isValid()) view_->setCurrentIndex(i);
         view_->verticalScrollBar()->setValue(scroll);
     }
+    applyFind();
     const bool none = rows_->rowCount() == 0;
     view_->setVisible(!none);
     empty_->setVisible(none);
     empty_->setText(model_.scan() ? (developerOnly_ ? tr("No developer files to clear.") : tr("Nothing to clear."))
                     : model_.scanning() ? tr("Scanning your home…") : tr("Not scanned yet."));
     refreshFooter();
+}
+
+void CleanPage::applyFind() {
+    const QString words = find_->text().trimmed();
+    for (int g = 0; g < rows_->rowCount(); ++g) {
+        const QModelIndex heading = rows_->index(g, 0);
+        int shown = 0;
+        for (int f = 0; f < rows_->rowCount(heading); ++f) {
+            const QModelIndex row = rows_->index(f, 0, heading);
+            const bool match = words.isEmpty() || row.data(Qt::DisplayRole).toString().contains(words, Qt::CaseInsensitive) ||
+                               row.data(FindingModel::detailRole).toString().contains(words, Qt::CaseInsensitive);
+            view_->setRowHidden(f, heading, !match);
+            shown += match;
+        }
+        view_->setRowHidden(g, {}, shown == 0);
+    }
 }
 
 void CleanPage::refreshFooter() {
@@ -153,6 +185,15 @@ void CleanPage::openMenu(const QPoint& at) {
 }
 
 bool CleanPage::eventFilter(QObject* watched, QEvent* event) {
+    // In the find field Escape clears it, and Down or Return go on to the rows it left.
+    if (watched == find_ && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Escape) find_->clear();
+        if (key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter) {
+            view_->setFocus();
+            return true;
+        }
+    }
     if (watched == view_ && event->type() == QEvent::KeyPress) {
         auto* key = static_cast<QKeyEvent*>(event);
         // j and k move like Down and Up.

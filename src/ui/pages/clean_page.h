@@ -7,6 +7,7 @@
 class FindingModel;
 class Model;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 class QTimer;
 class QTreeView;
@@ -18,6 +19,7 @@ public:
     void refresh();
 
     QTreeView* view() const { return view_; }
+    QLineEdit* find() const { return find_; }
     FindingModel* rows() const { return rows_; }
     QPushButton* trashButton() const { return trash_; }
     QPushButton* suggestButton() const { return suggest_; }
@@ -30,11 +32,14 @@ protected:
 private:
     void openMenu(const QPoint& at);
     void refreshFooter();
+    // Shows only the rows whose name, place or note holds the find field's words.
+    void applyFind();
 
     Model& model_;
     const bool developerOnly_;
     FindingModel* rows_;
     QTreeView* view_;
+    QLineEdit* find_;
     QLabel* empty_;
     QLabel* total_;
     QPushButton* suggest_;

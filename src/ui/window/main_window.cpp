@@ -47,6 +47,8 @@ MainWindow::MainWindow(Model& model, QWidget* parent)
         auto* key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + i)), this);
         connect(key, &QShortcut::activated, this, [this, i] { model_.setPage(Page(i)); });
     }
+    auto* find = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F), this);
+    connect(find, &QShortcut::activated, this, [this] { model_.bumpFind(); });
     auto* rescan = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), this);
     connect(rescan, &QShortcut::activated, this, [this] { model_.rescan(false); });
     connect(&model_, &Model::jobsChanged, this, [this] {
