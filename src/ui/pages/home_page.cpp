@@ -12,45 +12,17 @@
 #include "ui/theme/theme.h"
 #include "ui/widgets/card.h"
 #include "ui/widgets/disk_bar.h"
+#include "ui/widgets/labels.h"
 #include "ui/widgets/size_bar.h"
+
+using Labels::clear;
+using Labels::muted;
+using Labels::number;
+using Labels::swatch;
 
 namespace {
 
 constexpr int rowsShown = 10;  // rows listed under what can be cleared; the rest are counted
-
-QLabel* muted(QWidget* parent, const QString& text = {}) {
-    auto* label = new QLabel(text, parent);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    return label;
-}
-
-QLabel* number(QWidget* parent, const QString& text) {
-    auto* label = new QLabel(text, parent);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    return label;
-}
-
-// A small square of a paint, for the legend.
-QLabel* swatch(QWidget* parent, const QColor& colour) {
-    QPixmap pixmap(12, 12);
-    pixmap.fill(Qt::transparent);
-    QPainter p(&pixmap);
-    p.setRenderHint(QPainter::Antialiasing);
-    p.setPen(Qt::NoPen);
-    p.setBrush(colour);
-    p.drawRoundedRect(QRectF(0, 0, 12, 12), 3, 3);
-    auto* label = new QLabel(parent);
-    label->setPixmap(pixmap);
-    label->setFixedWidth(16);
-    return label;
-}
-
-void clear(QGridLayout* grid) {
-    while (QLayoutItem* item = grid->takeAt(0)) {
-        delete item->widget();
-        delete item;
-    }
-}
 
 // A card's own column: its heading figure, its line, then what the caller adds.
 QVBoxLayout* column(Card* card) {
