@@ -110,10 +110,7 @@ TEST_F(Apps, ARemovalFinishingWhileTheListLoadsMakesItLoadAgain) {
     const qint64 changes = model.appsChanges();
     model.askTrash(junk, "junk", 4'000);
     ASSERT_TRUE(model.confirm());
-    std::optional<ActionReport> report;
-    QObject::connect(&model, &Model::reported, [&](const ActionReport& r) { report = r; });
-    model.perform(*model.confirm(), false);
-    ASSERT_TRUE(waitFor([&] { return report.has_value(); }));
+    performed(model);
     EXPECT_GT(model.appsChanges(), changes);
 
     model.landings().release(Job::apps);  // loaded before the removal finished
@@ -148,11 +145,9 @@ TEST_F(Apps, UninstallingMovesTheAppAndItsTickedLeftoversAndTheFocusMovesOn) {
     ASSERT_FALSE(ticked.isEmpty());
     model.askUninstall(editor);
     ASSERT_TRUE(model.confirm());
-    std::optional<ActionReport> report;
-    QObject::connect(&model, &Model::reported, [&](const ActionReport& r) { report = r; });
-    model.perform(*model.confirm(), false);
-    ASSERT_TRUE(waitFor([&] { return report && !model.appsLoading(); }));
-    EXPECT_TRUE(report->ok()) << report->toast.toStdString();
+    const ActionReport report = performed(model);
+    EXPECT_TRUE(report.ok()) << report.toast.toStdString();
+    ASSERT_TRUE(waitFor([&] { return !model.appsLoading(); }));
     EXPECT_FALSE(Files::exists(editor.path));
     for (const QString& path : ticked) EXPECT_FALSE(Files::exists(path));
     ASSERT_EQ(model.history().size(), 1);

@@ -53,6 +53,19 @@ bool settle(Model& model) {
     return waitFor([&] { return !model.scanning() && model.jobs() == 0; });
 }
 
+ActionReport reportAfter(Model& model, const std::function<void()>& act) {
+    std::optional<ActionReport> report;
+    const auto connection = QObject::connect(&model, &Model::reported, [&](const ActionReport& r) { report = r; });
+    act();
+    EXPECT_TRUE(waitFor([&] { return report && model.jobs() == 0; }));
+    QObject::disconnect(connection);
+    return report.value_or(ActionReport{});
+}
+
+ActionReport performed(Model& model, bool freeNow) {
+    return reportAfter(model, [&] { model.perform(*model.confirm(), freeNow); });
+}
+
 Part part(const QString& path, qint64 bytes, const QDateTime& now, double ageDays, const QString& note) {
     return {Paths::lastComponent(path), path, bytes, note, now.addSecs(-qint64(ageDays * 86400))};
 }

@@ -157,17 +157,12 @@ TEST_F(Storage, TrashingAnItemAsksAfterTheSafetyCheckAndTheColumnsShowTheSpaceFr
 
     // Derivations wait: the scripted one knows nothing of the removal.
     model->landings().hold(Job::derive);
-    std::optional<ActionReport> report;
-    QObject::connect(model.get(), &Model::reported, [&](const ActionReport& r) { report = r; });
     const auto trashSelection = [&] {
-        report.reset();
         model->trashCurrent();
         ASSERT_TRUE(model->confirm());
         EXPECT_EQ(model->confirm()->title, model->spaceSelection()->name);
         EXPECT_EQ(model->confirm()->paths, QStringList{model->spaceSelection()->path});
-        model->perform(*model->confirm(), false);
-        ASSERT_TRUE(waitFor([&] { return report && model->jobs() == 0; }));
-        EXPECT_TRUE(report->ok());
+        EXPECT_TRUE(performed(*model).ok());
     };
     const qint64 movies = model->scan()->home.find(home + "/Movies")->bytes;
     const qint64 trailer = model->spaceSelection()->bytes;
