@@ -25,13 +25,6 @@ void LinuxScanTest::flatpakRunning(const QByteArray& running) {
 
 Scanned LinuxScanTest::scan() { return scanSandbox({"Disk", 2 * diskUsed, diskUsed, diskUsed}); }
 
-QStringList allParts(const ScanResult& r) {
-    QStringList all;
-    for (const Finding& f : r.findings)
-        for (const Part& p : f.parts) all.append(p.path);
-    return all;
-}
-
 qint64 systemRow(const ScanResult& r, const QString& name) {
     for (const SystemPart& p : r.system)
         if (p.name == name) return p.bytes;

@@ -25,7 +25,5 @@ struct LinuxScanTest : ::testing::Test {
     static Scanned scan();
 };
 
-// Every part path of every finding.
-QStringList allParts(const ScanResult& r);
 qint64 systemRow(const ScanResult& r, const QString& name);
 qint64 slice(const ScanResult& r, const QString& name);

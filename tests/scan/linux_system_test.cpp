@@ -171,11 +171,8 @@ TEST_F(LinuxScanTest, TheReportOfALinuxHomeWithAFixtureSystem) {
     const Ran ran = runQuarle({"report"}, {home, path, "XDG_CACHE_HOME=/nonexistent/cache"});
     ASSERT_EQ(ran.status, 0) << ran.err.toStdString();
     const QString out = QString::fromUtf8(ran.out);
-    for (const char* piece : {"  App and tool caches ", "~/.cache · 4 folders", "Caches of Electron apps", "~/.config · 3 apps",
-                              "Flatpak app caches", "Rust toolchains", "Podman containers and images", "\nSystem Data: ",
-                              "  Linux itself ", "  System logs ", "the journal takes", "  Package caches ",
-                              "sudo apt clean", "  Snaps ", "  Swap files ", "  Temporary files ", "  Apps' own data ",
-                              " Photos ", " Music & Movies "})
+    for (const char* piece : {"~/.cache · 4 folders", "~/.config · 3 apps", "\nSystem Data: ", "  Linux itself ",
+                              "the journal takes", "sudo apt clean", "  Swap files ", "  Temporary files ", " Photos "})
         EXPECT_TRUE(out.contains(piece)) << piece << "\n" << out.toStdString();
     EXPECT_FALSE(out.contains("macOS itself"));
 
