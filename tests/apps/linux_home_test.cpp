@@ -104,11 +104,7 @@ TEST(LinuxHome, FlatpaksAndAppImagesAreListedWithWhatTheyLeftAndTheGoneAppsData)
 
     const InstalledApp* owl = find(result.apps, "Night Owl");
     ASSERT_TRUE(owl);
-    EXPECT_EQ(owl->path, f.home + "/.local/share/flatpak/app/org.example.NightOwl");
     EXPECT_EQ(owl->appBytes, Walker::size(owl->path, false).bytes);
-    EXPECT_EQ(owl->bundleID, "org.example.NightOwl");
-    EXPECT_EQ(owl->developer, "Night Owl Studio");
-    EXPECT_EQ(owl->lastUsed, std::nullopt);
     EXPECT_EQ(leftoversOf(owl), (QMap<QString, QString>{
                                     {".var/app/org.example.NightOwl", "sure: Bundle ID matches (org.example.NightOwl)"},
                                     {".config/nightowl", "likely: Named after its program (nightowl)"},
@@ -119,13 +115,11 @@ TEST(LinuxHome, FlatpaksAndAppImagesAreListedWithWhatTheyLeftAndTheGoneAppsData)
     EXPECT_EQ(leftoversOf(find(result.apps, "Obsidian")),
               (QMap<QString, QString>{{".config/obsidian", "likely: Named after the app"},
                                       {".config/md.obsidian.Obsidian", "likely: Bundle ID matches (md.obsidian.Obsidian)"}}));
-    EXPECT_EQ(find(result.apps, "Obsidian")->path, f.obsidian);
     EXPECT_EQ(leftoversOf(find(result.apps, "Shared Board")),
               (QMap<QString, QString>{{".var/app/com.example.Shared", "sure: Bundle ID matches (com.example.Shared)"}}));
     EXPECT_EQ(leftoversOf(find(result.apps, "nvim")),
               (QMap<QString, QString>{{".local/share/nvim", "likely: Named after the app"},
                                       {".cache/nvim", "likely: Named after the app"}}));
-    EXPECT_EQ(find(result.apps, "nvim")->bundleID, "");
 
     ASSERT_EQ(result.orphans.size(), 1) << "only cache, or still listed by flatpak: not an orphan";
     EXPECT_EQ(result.orphans[0], (Orphan{"org.gone.Game", "org.gone.Game",
@@ -138,20 +132,10 @@ TEST(LinuxHome, EachKindOfAppIsRemovedItsOwnWay) {
     const AppScanner::Result result = AppScanner::scan({}, f.system);
     using AppRemoval::Origin;
 
-    const InstalledApp& owl = *find(result.apps, "Night Owl");
-    EXPECT_EQ(AppRemoval::origin(owl, f.system), Origin::userFlatpak);
-    EXPECT_EQ(AppRemoval::plan(owl, f.system),
-              (AppRemoval::Plan{Removal::command({"flatpak", "uninstall", "--user", "-y", "org.example.NightOwl"}), {}, {}}));
-
-    const InstalledApp& shared = *find(result.apps, "Shared Board");
-    EXPECT_EQ(AppRemoval::origin(shared, f.system), Origin::systemFlatpak);
-    const AppRemoval::Plan refused = AppRemoval::plan(shared, f.system);
-    EXPECT_TRUE(refused.refused());
-    EXPECT_EQ(refused.refusal, "Shared Board is installed for all users of this computer, so removing it needs an administrator.");
-
-    const InstalledApp& obsidian = *find(result.apps, "Obsidian");
-    EXPECT_EQ(AppRemoval::origin(obsidian, f.system), Origin::appImage);
-    EXPECT_EQ(AppRemoval::plan(obsidian, f.system), (AppRemoval::Plan{Removal::trash(), {}, {f.obsidianEntry, f.obsidianIcon}}));
+    // Flatpaks and AppImages removed through the model: model/linux_uninstall_test.
+    EXPECT_EQ(AppRemoval::origin(*find(result.apps, "Night Owl"), f.system), Origin::userFlatpak);
+    EXPECT_EQ(AppRemoval::origin(*find(result.apps, "Shared Board"), f.system), Origin::systemFlatpak);
+    EXPECT_EQ(AppRemoval::origin(*find(result.apps, "Obsidian"), f.system), Origin::appImage);
     EXPECT_EQ(AppRemoval::plan(*find(result.apps, "nvim"), f.system), (AppRemoval::Plan{Removal::trash(), {}, {}}));
 
     const QString bundle = MacApps::app(f.system.applications, "Editor.app", MacApps::info("com.example.Editor", "Editor"));
@@ -196,12 +180,6 @@ TEST(LinuxHome, TheVerbsShowTheLinuxRecords) {
     EXPECT_TRUE(text.contains("  ~/.local/share/flatpak/app/org.example.NightOwl\n") &&
                 text.contains("  ~/Applications/Obsidian-1.4.16.AppImage\n") && text.contains("4 apps, "))
         << text.toStdString();
-
-    const Ran json = runQuarle({"apps", "--json"}, env);
-    const auto listed = decodeJsonList<InstalledApp>(parseJson(json.out).value_or(QJsonValue()));
-    ASSERT_TRUE(listed) << json.out.constData();
-    const ScopedEnv path("PATH", f.bin.toUtf8() + ":/usr/bin:/bin");
-    EXPECT_EQ(*listed, AppScanner::scan({}, f.system).apps);
 
     const QString orphans = QString::fromUtf8(runQuarle({"orphans"}, env).out);
     EXPECT_TRUE(orphans.contains("  ~/.var/app/org.gone.Game — Flatpak data of an app that isn't installed\n") &&

@@ -1,13 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QElapsedTimer>
-#include <QFile>
 
 #include "apps/login_items.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
 #include "support/mac_apps.h"
 #include "support/sandbox.h"
 
@@ -36,15 +35,9 @@ const QString newForm = QStringLiteral(
 
 // A script at `path` that writes its arguments to path + ".args" and prints `output`.
 void fakeLaunchctl(const QString& path, const QString& output, const QByteArray& extra = {}) {
-    Files::makeDirs(path.section('/', 0, -2));
-    Files::writeText(path + ".out", output.toUtf8());
-    Files::writeText(path, "#!/bin/sh\necho \"$@\" > '" + path.toUtf8() + ".args'\n" + extra + "cat '" + path.toUtf8() + ".out'\n");
-    ::chmod(path.toUtf8().constData(), 0755);
-}
-
-QByteArray contents(const QString& file) {
-    QFile f(file);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    LinuxFixtures::text(path + ".out", output.toUtf8());
+    LinuxFixtures::script(path.section('/', 0, -2), path.section('/', -1),
+                          "echo \"$@\" > '" + path.toUtf8() + ".args'\n" + extra + "cat '" + path.toUtf8() + ".out'\n");
 }
 
 const LoginItem* find(const QList<LoginItem>& items, const QString& label) {
@@ -120,7 +113,7 @@ TEST_F(LoginItemsTest, ListsTheJobsOfAllThreeFoldersWithTheirAppAndProgram) {
     EXPECT_EQ(order, (QStringList{"com.example.mach", "com.example.off", "com.example.on", "com.lost.helper", "com.example.helper",
                                   "homebrew.mxcl.postgresql@14", "net.gone.agent", "com.example.daemon", "com.example.sys"}))
         << "this user's first, then by name without regard to case";
-    EXPECT_EQ(contents(system.launchctl + ".args"), "print-disabled gui/" + QByteArray::number(::getuid()) + "\n");
+    EXPECT_EQ(LinuxFixtures::contents(system.launchctl + ".args"), "print-disabled gui/" + QByteArray::number(::getuid()) + "\n");
 
     const LoginItem* helper = find(items, "com.example.helper");
     ASSERT_TRUE(helper);

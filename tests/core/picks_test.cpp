@@ -61,12 +61,4 @@ TEST(Picks, ChosenAppliesNeverOffOnThenTheDefault) {
     EXPECT_EQ(paths(picks.chosen("derived", parts, true, now)), QStringList({"/p/b", "/p/c"}));
 }
 
-TEST(Picks, KeptNotesNameTheirRules) {
-    EXPECT_EQ(Picks::keptNote("derived").value(), "Projects built in the last 7 days start unticked.");
-    EXPECT_EQ(Picks::keptNote("archives").value(), "Archives from the last 7 days start unticked.");
-    EXPECT_EQ(Picks::keptNote("devicesupport").value(), "The newest version for each device starts unticked.");
-    EXPECT_EQ(Picks::keptNote("installers").value(), "Installers for apps that aren't installed start unticked.");
-    EXPECT_FALSE(Picks::keptNote("caches"));
-}
-
 }  // namespace

@@ -39,9 +39,7 @@ TEST(Walker, HardLinksAreChargedOncePerRun) {
     EXPECT_EQ(r.denied, 0);
 
     // Separate runs each pay for it: a size of one link is the file's own blocks.
-    EXPECT_EQ(Walker::size(root + "/a/b/same", true).bytes, big);
     EXPECT_EQ(Walker::size(root + "/third", true).bytes, big);
-    EXPECT_EQ(Walker::size(root + "/a", true).bytes, big);
     EXPECT_EQ(Walker::size(root + "/a/b", true).bytes, big);
 
     // Within one run the record is shared: the second walk through the same Dedupe pays nothing.
@@ -109,8 +107,7 @@ TEST(Walker, ListingReportsEveryEntryAsItIs) {
     QMap<QString, Walker::Entry> seen;
     EXPECT_TRUE(Walker::list(root, std::nullopt, [&](const Walker::Entry& e) { seen.insert(e.name, e); }));
     ASSERT_EQ(seen.keys(), QStringList({"file", "file2", "folder", "link"}));
-    EXPECT_TRUE(seen["file"].isFile);
-    EXPECT_FALSE(seen["file"].isDir);
+    EXPECT_TRUE(seen["file"].isFile && !seen["file"].isDir);
     EXPECT_EQ(seen["file"].links, 2u);
     EXPECT_EQ(seen["file"].allocated, Files::allocated(root + "/file"));
     EXPECT_EQ(seen["file"].fileID, seen["file2"].fileID);

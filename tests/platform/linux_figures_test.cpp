@@ -14,18 +14,10 @@
 #include "platform/user_dirs.h"
 #include "platform/xdg.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
 #include "support/sandbox.h"
 
 extern char** environ;
-
-namespace {
-
-void executable(const QString& path, const QByteArray& script) {
-    Files::writeText(path, script);
-    ::chmod(Files::bytes(path).constData(), 0755);
-}
-
-}  // namespace
 
 TEST(UserDirs, LocalisedQuotedAndEscapedValues) {
     const QString home = "/home/anna";
@@ -128,7 +120,7 @@ TEST(Journal, TheFigureJournalctlPrints) {
 
     // journalctl is asked with the folder of a fixture system; a failing one gives nothing.
     const QString bin = Sandbox::scratch("bin");
-    executable(bin + "/journalctl", "#!/bin/sh\n[ \"$1 $2\" = \"--disk-usage --directory=/sys/root/var/log/journal\" ] || exit 1\n"
+    LinuxFixtures::script(bin, "journalctl", "[ \"$1 $2\" = \"--disk-usage --directory=/sys/root/var/log/journal\" ] || exit 1\n"
                                     "echo 'Archived and active journals take up 8.0K in the file system.'\n");
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", Files::bytes(bin) + ":" + path);
