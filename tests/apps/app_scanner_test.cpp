@@ -9,6 +9,7 @@
 #include "measure/walker.h"
 #include "support/as_user.h"
 #include "support/files.h"
+#include "support/lists.h"
 #include "support/mac_apps.h"
 #include "support/sandbox.h"
 
@@ -16,17 +17,7 @@ using MacApps::Form;
 
 namespace {
 
-QStringList names(const QList<InstalledApp>& apps) {
-    QStringList out;
-    for (const InstalledApp& a : apps) out.append(a.name);
-    return out;
-}
-
-const InstalledApp* find(const QList<InstalledApp>& apps, const QString& name) {
-    for (const InstalledApp& a : apps)
-        if (a.name == name) return &a;
-    return nullptr;
-}
+const InstalledApp* find(const QList<InstalledApp>& apps, const QString& name) { return findBy(apps, &InstalledApp::name, name); }
 
 // Leftover path below the home's Library → confidence.
 QMap<QString, Confidence> leftoversOf(const InstalledApp& app) {
@@ -184,7 +175,7 @@ TEST_F(AppScannerTest, EqualSizesKeepListingOrderAndACancelledScanReturnsNothing
     MacApps::libraryFolder(home, "Preferences", "org.gone.app");
 
     const AppScanner::Result result = AppScanner::scan({}, system);
-    EXPECT_EQ(names(result.apps), (QStringList{"Big", "Alpha", "Bravo", "Charlie", "Delta", "Aardvark"}));
+    EXPECT_EQ(fieldOf(result.apps, &InstalledApp::name), (QStringList{"Big", "Alpha", "Bravo", "Charlie", "Delta", "Aardvark"}));
     EXPECT_EQ(result.orphans.size(), 1);
 
     std::atomic<int> polls{0};

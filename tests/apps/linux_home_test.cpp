@@ -10,6 +10,7 @@
 #include "measure/walker.h"
 #include "support/files.h"
 #include "support/linux_apps.h"
+#include "support/lists.h"
 #include "support/mac_apps.h"
 #include "support/run_quarle.h"
 #include "support/sandbox.h"
@@ -76,11 +77,7 @@ struct LinuxHome {
     QByteArray path() const { return "PATH=" + bin.toUtf8() + ":/usr/bin:/bin"; }
 };
 
-const InstalledApp* find(const QList<InstalledApp>& apps, const QString& name) {
-    for (const InstalledApp& a : apps)
-        if (a.name == name) return &a;
-    return nullptr;
-}
+const InstalledApp* find(const QList<InstalledApp>& apps, const QString& name) { return findBy(apps, &InstalledApp::name, name); }
 
 // Leftover path below the home → "confidence: why".
 QMap<QString, QString> leftoversOf(const InstalledApp* app) {
@@ -98,9 +95,7 @@ TEST(LinuxHome, FlatpaksAndAppImagesAreListedWithWhatTheyLeftAndTheGoneAppsData)
     const ScopedEnv path("PATH", f.bin.toUtf8() + ":/usr/bin:/bin");
     const AppScanner::Result result = AppScanner::scan({}, f.system);
 
-    QStringList names;
-    for (const InstalledApp& a : result.apps) names.append(a.name);
-    EXPECT_EQ(names, (QStringList{"Night Owl", "Obsidian", "Shared Board", "nvim"})) << "largest first";
+    EXPECT_EQ(fieldOf(result.apps, &InstalledApp::name), (QStringList{"Night Owl", "Obsidian", "Shared Board", "nvim"})) << "largest first";
 
     const InstalledApp* owl = find(result.apps, "Night Owl");
     ASSERT_TRUE(owl);

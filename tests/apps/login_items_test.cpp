@@ -7,6 +7,7 @@
 #include "apps/login_items.h"
 #include "support/files.h"
 #include "support/linux_apps.h"
+#include "support/lists.h"
 #include "support/mac_apps.h"
 #include "support/sandbox.h"
 
@@ -40,11 +41,7 @@ void fakeLaunchctl(const QString& path, const QString& output, const QByteArray&
                           "echo \"$@\" > '" + path.toUtf8() + ".args'\n" + extra + "cat '" + path.toUtf8() + ".out'\n");
 }
 
-const LoginItem* find(const QList<LoginItem>& items, const QString& label) {
-    for (const LoginItem& i : items)
-        if (i.identifier == label) return &i;
-    return nullptr;
-}
+const LoginItem* find(const QList<LoginItem>& items, const QString& id) { return findBy(items, &LoginItem::identifier, id); }
 
 class LoginItemsTest : public ::testing::Test {
 protected:
@@ -108,9 +105,7 @@ TEST_F(LoginItemsTest, ListsTheJobsOfAllThreeFoldersWithTheirAppAndProgram) {
     fakeLaunchctl(system.launchctl, newForm);
     const QList<LoginItem> items = LoginItems::list(system);
 
-    QStringList order;
-    for (const LoginItem& i : items) order.append(i.identifier);
-    EXPECT_EQ(order, (QStringList{"com.example.mach", "com.example.off", "com.example.on", "com.lost.helper", "com.example.helper",
+    EXPECT_EQ(fieldOf(items, &LoginItem::identifier), (QStringList{"com.example.mach", "com.example.off", "com.example.on", "com.lost.helper", "com.example.helper",
                                   "homebrew.mxcl.postgresql@14", "net.gone.agent", "com.example.daemon", "com.example.sys"}))
         << "this user's first, then by name without regard to case";
     EXPECT_EQ(LinuxFixtures::contents(system.launchctl + ".args"), "print-disabled gui/" + QByteArray::number(::getuid()) + "\n");

@@ -3,6 +3,7 @@
 #include "support/printers.h"
 
 #include "core/picks.h"
+#include "support/lists.h"
 
 namespace {
 
@@ -14,11 +15,7 @@ Part part(const QString& name, std::optional<qint64> ageSeconds, const QString& 
     return Part{name, "/p/" + name, 1, note, modified};
 }
 
-QStringList paths(const QList<Part>& parts) {
-    QStringList out;
-    for (const Part& p : parts) out.append(p.path);
-    return out;
-}
+QStringList paths(const QList<Part>& parts) { return fieldOf(parts, &Part::path); }
 
 TEST(Picks, RecentProjectsAndArchivesStartUnticked) {
     const QList<Part> parts{part("new", 10), part("edge", Picks::recent - 1), part("old", Picks::recent),

@@ -12,6 +12,7 @@
 #include "core/prefs.h"
 #include "support/files.h"
 #include "support/linux_apps.h"
+#include "support/lists.h"
 #include "support/mac_apps.h"
 #include "support/mac_home.h"
 #include "support/run_quarle.h"
@@ -27,11 +28,7 @@ QJsonObject jsonOf(const Ran& ran) {
     return v ? v->toObject() : QJsonObject();
 }
 
-QStringList idsOf(const QJsonArray& findings) {
-    QStringList out;
-    for (const QJsonValue& f : findings) out.append(f.toObject().value("id").toString());
-    return out;
-}
+QStringList idsOf(const QJsonArray& findings) { return fieldOf(findings, "id"); }
 
 class Clean : public ::testing::Test {
 protected:

@@ -6,6 +6,7 @@
 #include "core/home.h"
 #include "core/paths.h"
 #include "model/wait.h"
+#include "support/lists.h"
 
 namespace ModelTest {
 
@@ -92,16 +93,7 @@ Finding shown(const Model& model, const QString& id) {
     return {};
 }
 
-QStringList ids(const QList<Finding>& findings) {
-    QStringList out;
-    for (const Finding& f : findings) out.append(f.id);
-    return out;
-}
-
-QStringList paths(const QList<Part>& parts) {
-    QStringList out;
-    for (const Part& p : parts) out.append(p.path);
-    return out;
-}
+QStringList ids(const QList<Finding>& findings) { return fieldOf(findings, &Finding::id); }
+QStringList paths(const QList<Part>& parts) { return fieldOf(parts, &Part::path); }
 
 }  // namespace ModelTest

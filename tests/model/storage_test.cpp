@@ -7,6 +7,7 @@
 #include "core/paths.h"
 #include "model_fixture.h"
 #include "support/files.h"
+#include "support/lists.h"
 #include "support/sandbox.h"
 
 namespace {
@@ -17,11 +18,7 @@ SpaceNode node(const QString& path, qint64 bytes, QList<SpaceNode> kids = {}, bo
     return {Paths::lastComponent(path), path, bytes, isDir, {}, {}, std::move(kids)};
 }
 
-QStringList columnPaths(const Model& model) {
-    QStringList out;
-    for (const SpaceNode& c : model.columns()) out.append(c.path);
-    return out;
-}
+QStringList columnPaths(const Model& model) { return fieldOf(model.columns(), &SpaceNode::path); }
 
 class Storage : public ::testing::Test {
 protected:

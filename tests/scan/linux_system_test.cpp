@@ -11,6 +11,7 @@
 #include "scan/linux_fixture.h"
 #include "scan/system_data.h"
 #include "support/as_user.h"
+#include "support/lists.h"
 #include "support/run_quarle.h"
 
 namespace {
@@ -73,11 +74,7 @@ LinuxSystem sample(bool measured) {
     return s;
 }
 
-const SystemPart* rowOf(const QList<SystemPart>& rows, const QString& name) {
-    for (const SystemPart& p : rows)
-        if (p.name == name) return &p;
-    return nullptr;
-}
+const SystemPart* rowOf(const QList<SystemPart>& rows, const QString& name) { return findBy(rows, &SystemPart::name, name); }
 
 }  // namespace
 
@@ -181,8 +178,7 @@ TEST_F(LinuxScanTest, TheReportOfALinuxHomeWithAFixtureSystem) {
     ASSERT_EQ(alone.status, 0) << alone.err.toStdString();
     const auto json = parseJson(alone.out);
     ASSERT_TRUE(json);
-    QStringList names;
-    for (const QJsonValue& p : json->toObject().value("system").toArray()) names.append(p.toObject().value("name").toString());
+    const QStringList names = fieldOf(json->toObject().value("system").toArray(), "name");
     EXPECT_FALSE(names.contains("Linux itself"));
     EXPECT_FALSE(names.contains("Temporary files"));
     EXPECT_TRUE(names.contains("App caches"));

@@ -5,6 +5,7 @@
 #include <QMutex>
 
 #include "core/paths.h"
+#include "support/lists.h"
 
 QList<EarlyRow> Scanned::lastEarly() const {
     qint64 newest = 0;
@@ -29,11 +30,7 @@ Scanned scanSandbox(const Volume& volume) {
     return s;
 }
 
-const Finding* findingOf(const ScanResult& r, const QString& id) {
-    for (const Finding& f : r.findings)
-        if (f.id == id) return &f;
-    return nullptr;
-}
+const Finding* findingOf(const ScanResult& r, const QString& id) { return findBy(r.findings, &Finding::id, id); }
 
 QStringList allParts(const ScanResult& r) {
     QStringList all;
