@@ -14,6 +14,7 @@
 #include "platform/user_dirs.h"
 #include "platform/xdg.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
 #include "support/sandbox.h"
 
 extern char** environ;
@@ -60,13 +61,12 @@ TEST(UserDirs, LocalisedQuotedAndEscapedValues) {
 }
 
 TEST(Xdg, OnlyAbsoluteValuesCount) {
-    const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
+    const LinuxFixtures::ScopedEnv restore("XDG_CONFIG_HOME", qgetenv("XDG_CONFIG_HOME"));
     EXPECT_EQ(Xdg::configHome(), Sandbox::home() + "/.config");
     qputenv("XDG_CONFIG_HOME", "/etc/elsewhere/");
     EXPECT_EQ(Xdg::configHome(), "/etc/elsewhere");
     qputenv("XDG_CONFIG_HOME", "~/conf");
     EXPECT_EQ(Xdg::configHome(), Sandbox::home() + "/.config");
-    qputenv("XDG_CONFIG_HOME", saved);
 }
 
 TEST(SwapAreas, NamesWithEscapesAndTheirSizes) {
@@ -119,14 +119,12 @@ TEST(Journal, TheFigureJournalctlPrints) {
 }
 
 TEST(SystemRoot, AnAbsoluteStandInForSlash) {
-    const QByteArray saved = qgetenv("QUARLE_SYSTEM_ROOT");
-    qputenv("QUARLE_SYSTEM_ROOT", "");
+    const LinuxFixtures::ScopedEnv restore("QUARLE_SYSTEM_ROOT", "");
     EXPECT_EQ(SystemFigures::systemRoot(), "");
     qputenv("QUARLE_SYSTEM_ROOT", "/");
     EXPECT_EQ(SystemFigures::systemRoot(), "");
     qputenv("QUARLE_SYSTEM_ROOT", "/srv/fixture/./sys/");
     EXPECT_EQ(SystemFigures::systemRoot(), "/srv/fixture/sys");
-    qputenv("QUARLE_SYSTEM_ROOT", saved);
 }
 
 TEST(RunningPrograms, NamesAndPathsOfTheUsersProcesses) {

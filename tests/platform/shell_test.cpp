@@ -30,10 +30,8 @@ TEST(Shell, OutputOnlyOnSuccess) {
 TEST(Shell, ProgramsAreFoundOnThePath) {
     const QString bin = Sandbox::scratch("bin");
     LinuxFixtures::script(bin, "fake-tool", "echo \"fake $*\"\n");
-    const QByteArray oldPath = qgetenv("PATH");
-    qputenv("PATH", Files::bytes(bin) + ":" + oldPath);
+    const LinuxFixtures::ScopedEnv path("PATH", Files::bytes(bin) + ":" + qgetenv("PATH"));
     EXPECT_EQ(Shell::run({"fake-tool", "a b"}, 5).value(), "fake a b\n");
-    qputenv("PATH", oldPath);
 }
 
 TEST(Shell, AChildThatNeverEndsIsCutAtItsDeadline) {

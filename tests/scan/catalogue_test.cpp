@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "scan/catalogue.h"
+#include "support/linux_apps.h"
 #include "support/sandbox.h"
 
 // What the table must never do, whatever rows it gains: name an absolute path, remove a row that is
@@ -60,7 +61,7 @@ TEST(Catalogue, CacheRowsLeaveSystemCachesLoginsAndAppStateAlone) {
 }
 
 TEST(Catalogue, CachePathsFollowXdgCacheHomeOnlyWhenItIsAbsoluteAndBelowTheHome) {
-    const QByteArray saved = qgetenv("XDG_CACHE_HOME");
+    const LinuxFixtures::ScopedEnv restore("XDG_CACHE_HOME", qgetenv("XDG_CACHE_HOME"));
     EXPECT_EQ(Catalogue::at(".cache/yarn"), Sandbox::home() + "/.cache/yarn");
     qputenv("XDG_CACHE_HOME", "/var/cache/someone//");
     EXPECT_EQ(Catalogue::at(".cache/yarn"), "/var/cache/someone/yarn");
@@ -72,5 +73,4 @@ TEST(Catalogue, CachePathsFollowXdgCacheHomeOnlyWhenItIsAbsoluteAndBelowTheHome)
         qputenv("XDG_CACHE_HOME", above.toUtf8());
         EXPECT_EQ(Catalogue::cacheFolder(), Sandbox::home() + "/.cache") << above.toStdString();
     }
-    qputenv("XDG_CACHE_HOME", saved);
 }

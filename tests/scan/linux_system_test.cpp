@@ -46,10 +46,8 @@ struct FixtureSystem {
                          "/swap\\040file                              file\t\t96\t\t0\t\t-2\n"
                          "/dev/vda3                               partition\t4194300\t\t100\t\t-3\n"
                          "/gone                                   file\t\t4096\t\t0\t\t-4\n");
-        Files::writeText(bin + "/journalctl",
-                         "#!/bin/sh\n[ \"$2\" = \"--directory=" + Files::bytes(root) + "/var/log/journal\" ] || exit 1\n"
-                         "echo 'Archived and active journals take up 64.0K in the file system.'\n");
-        ::chmod(Files::bytes(bin + "/journalctl").constData(), 0755);
+        LinuxFixtures::script(bin, "journalctl", "[ \"$2\" = \"--directory=" + Files::bytes(root) + "/var/log/journal\" ] || exit 1\n"
+                                                 "echo 'Archived and active journals take up 64.0K in the file system.'\n");
     }
     void put(const QString& path, qint64 size) {
         Files::makeDirs(root + path.section('/', 0, -2));
