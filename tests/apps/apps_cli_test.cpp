@@ -90,12 +90,3 @@ TEST(AppsVerbs, OrphansAndLoginItemsWorkOnAnotherMacShapedHome) {
     EXPECT_EQ(runQuarle({"login-items"}, {empty, noSystem}).out, "Nothing starts at login.\n");
     EXPECT_TRUE(runQuarle({"apps"}, {empty, noSystem}).out.startsWith("No apps in "));
 }
-
-TEST(AppsVerbs, AnythingButJsonIsAWrongCommandLine) {
-    for (const char* verb : {"apps", "orphans", "login-items"}) {
-        const Ran ran = runQuarle({verb, "--jsn"});
-        EXPECT_EQ(ran.status, 2) << verb;
-        EXPECT_TRUE(ran.err.contains("has no option \"--jsn\"")) << ran.err.constData();
-        EXPECT_TRUE(ran.out.isEmpty());
-    }
-}

@@ -254,8 +254,6 @@ TEST_F(LinuxLoginItemsTest, SystemctlOverridesTheLinksWhenItAnswersForEveryUnit)
     LinuxFixtures::script(Paths::parentOf(systemctl), "systemctl", "echo enabled\n");
     EXPECT_FALSE(UserUnits::list(system, systemctl)[1].enabled);
 
-    EXPECT_EQ(UserUnits::parseIsEnabled("enabled\n\ndisabled\n", {"a", "b"}), (QHash<QString, bool>{{"a", true}, {"b", false}}));
-    EXPECT_TRUE(UserUnits::parseIsEnabled("enabled\n", {"a", "b"}).isEmpty());
 }
 
 TEST(LinuxLoginCommands, FlatpakRunIdsAndServiceCommands) {
