@@ -1,12 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <signal.h>
-#include <spawn.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <limits>
 
 #include "platform/running_programs.h"
@@ -16,8 +11,6 @@
 #include "support/files.h"
 #include "support/linux_apps.h"
 #include "support/sandbox.h"
-
-extern char** environ;
 
 TEST(UserDirs, LocalisedQuotedAndEscapedValues) {
     const QString home = "/home/anna";
@@ -157,27 +150,4 @@ TEST(RunningPrograms, NamesAndPathsOfTheUsersProcesses) {
     std::sort(listed.begin(), listed.end(), [](const P& a, const P& b) { return a.name < b.name; });
     EXPECT_EQ(listed, (QList<P>{{"", "kworker/0:1"}, {"/opt/Slack/slack", "slack"}}));
     EXPECT_TRUE(RunningPrograms::list(proc + "/missing").isEmpty());
-}
-
-TEST(RunningPrograms, ARealProcessIsSeenByItsExecutable) {
-    // A copy of sleep installed the way an Electron app is: /…/Slack/slack.
-    const QString app = Sandbox::scratch("opt") + "/Slack";
-    Files::makeDirs(app);
-    ASSERT_TRUE(QFile::copy("/bin/sleep", app + "/slack"));
-    ::chmod(Files::bytes(app + "/slack").constData(), 0755);
-    EXPECT_FALSE(RunningPrograms::runs("Slack", RunningPrograms::list()));
-    QByteArray exe = Files::bytes(app + "/slack");
-    char seconds[] = "30";
-    char* argv[] = {exe.data(), seconds, nullptr};
-    pid_t pid = 0;
-    ASSERT_EQ(::posix_spawn(&pid, exe.constData(), nullptr, nullptr, argv, environ), 0);
-    bool seen = false;
-    for (int i = 0; i < 100 && !seen; ++i) {  // until the child has exec'd
-        seen = RunningPrograms::runs("Slack", RunningPrograms::list());
-        if (!seen) ::usleep(20000);
-    }
-    EXPECT_TRUE(seen);
-    ::kill(pid, SIGKILL);
-    ::waitpid(pid, nullptr, 0);
-    EXPECT_FALSE(RunningPrograms::runs("Slack", RunningPrograms::list()));
 }
