@@ -53,13 +53,21 @@ TEST(UserDirs, LocalisedQuotedAndEscapedValues) {
     EXPECT_EQ(missing.size(), UserDirs::defaults().size());
 }
 
-TEST(Xdg, OnlyAbsoluteValuesCount) {
+TEST(Xdg, OnlyAbsoluteValuesCountAndTheSystemRootIsAStandInForSlash) {
     const LinuxFixtures::ScopedEnv restore("XDG_CONFIG_HOME", qgetenv("XDG_CONFIG_HOME"));
     EXPECT_EQ(Xdg::configHome(), Sandbox::home() + "/.config");
     qputenv("XDG_CONFIG_HOME", "/etc/elsewhere/");
     EXPECT_EQ(Xdg::configHome(), "/etc/elsewhere");
     qputenv("XDG_CONFIG_HOME", "~/conf");
     EXPECT_EQ(Xdg::configHome(), Sandbox::home() + "/.config");
+
+    // The stand-in for "/", likewise.
+    const LinuxFixtures::ScopedEnv root("QUARLE_SYSTEM_ROOT", "");
+    EXPECT_EQ(SystemFigures::systemRoot(), "");
+    qputenv("QUARLE_SYSTEM_ROOT", "/");
+    EXPECT_EQ(SystemFigures::systemRoot(), "");
+    qputenv("QUARLE_SYSTEM_ROOT", "/srv/fixture/./sys/");
+    EXPECT_EQ(SystemFigures::systemRoot(), "/srv/fixture/sys");
 }
 
 TEST(SwapAreas, NamesWithEscapesAndTheirSizes) {
@@ -109,15 +117,6 @@ TEST(Journal, TheFigureJournalctlPrints) {
     EXPECT_EQ(SystemFigures::parseJournalUsage("Journals take up 512B on disk."), 512);
     EXPECT_EQ(SystemFigures::parseJournalUsage("No journal files were found."), std::nullopt);
     EXPECT_EQ(SystemFigures::parseJournalUsage("take up lots"), std::nullopt);
-}
-
-TEST(SystemRoot, AnAbsoluteStandInForSlash) {
-    const LinuxFixtures::ScopedEnv restore("QUARLE_SYSTEM_ROOT", "");
-    EXPECT_EQ(SystemFigures::systemRoot(), "");
-    qputenv("QUARLE_SYSTEM_ROOT", "/");
-    EXPECT_EQ(SystemFigures::systemRoot(), "");
-    qputenv("QUARLE_SYSTEM_ROOT", "/srv/fixture/./sys/");
-    EXPECT_EQ(SystemFigures::systemRoot(), "/srv/fixture/sys");
 }
 
 TEST(RunningPrograms, NamesAndPathsOfTheUsersProcesses) {

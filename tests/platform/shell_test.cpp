@@ -11,7 +11,7 @@ namespace {
 
 QStringList sh(const QString& script) { return {"/bin/sh", "-c", script}; }
 
-TEST(Shell, OutputOnlyOnSuccess) {
+TEST(Shell, OutputOnlyOnSuccessAndProgramsFoundOnThePath) {
     EXPECT_EQ(Shell::run(sh("printf 'snap\\nshot'"), 5).value(), "snap\nshot");
     EXPECT_EQ(Shell::run(sh("echo partial; exit 3"), 5), std::nullopt);
     EXPECT_EQ(Shell::run({"/no/such/program"}, 5), std::nullopt);
@@ -25,9 +25,7 @@ TEST(Shell, OutputOnlyOnSuccess) {
     EXPECT_EQ(o.err, "err\n");
     EXPECT_FALSE(Shell::exec({"/no/such/program"}, 5).launched);
     EXPECT_EQ(Shell::run(sh("read x; echo \"got [$x]\""), 5).value(), "got []\n");  // stdin is empty
-}
 
-TEST(Shell, ProgramsAreFoundOnThePath) {
     const QString bin = Sandbox::scratch("bin");
     LinuxFixtures::script(bin, "fake-tool", "echo \"fake $*\"\n");
     const LinuxFixtures::ScopedEnv path("PATH", Files::bytes(bin) + ":" + qgetenv("PATH"));
