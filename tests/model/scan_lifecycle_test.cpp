@@ -46,16 +46,8 @@ TEST_F(ScanLifecycle, StartScansAFixtureHomeAndTicksTheSuggestedRows) {
     EXPECT_EQ(model.volume(), disk);
     EXPECT_EQ(model.fullDiskAccess(), std::optional<bool>(true));
     EXPECT_TRUE(model.showWelcome());
-    QSet<QString> suggested;
-    for (const Finding& f : model.scan()->findings)
-        if (f.bucket == Bucket::now && !f.removal.isNone()) suggested.insert(f.id);
-    EXPECT_TRUE(suggested.contains("caches"));
-    EXPECT_EQ(model.ticked(), suggested);
-    // What is ticked shows up in Storage, summed up to the home folder.
-    qint64 ticked = 0;
-    for (const Finding& f : model.clearing(false)) ticked += f.bytes;
-    EXPECT_EQ(model.clearableIn().value(Home::path()), ticked);
-    EXPECT_GT(model.clearableIn().value(Home::at("Library/Caches")), 0);
+    // Which rows start ticked, and their figures in Storage: DefaultTicks below and the Storage tests.
+    EXPECT_TRUE(model.ticked().contains("caches"));
 }
 
 TEST_F(ScanLifecycle, ARestartedScanLeavesExactlyTheSecondOnesResult) {
@@ -258,22 +250,18 @@ TEST_F(ScanLifecycle, DefaultTicksKeepTheUsersChoicesWithinARunAndResetAfterARes
 
 TEST_F(ScanLifecycle, ExpiryAtStartUpAndOnTheHourlyTimer) {
     const QString home = Home::path();
+    // The first was moved eight days before the clock, the second three.
+    const QDateTime now = *machine.clock;
     QList<HistoryEntry> entries;
     {
         HistoryStore store;
-        for (const char* name : {"old", "recent"}) {
+        for (const auto& [name, days] : {std::pair{"old", 8}, std::pair{"recent", 3}}) {
             Files::makeDirs(home + "/Library/Caches/" + name);
             Files::write(home + "/Library/Caches/" + name + "/blob", 10'000);
             entries.append(Remover::trash({home + "/Library/Caches/" + name}, name, false, store).entry);
+            entries.last().date = now.addDays(-days);
+            store.update(entries.last());
         }
-    }
-    // The first was moved eight days before the clock, the second three.
-    const QDateTime now = *machine.clock;
-    {
-        HistoryStore store;
-        entries[0].date = now.addDays(-8);
-        entries[1].date = now.addDays(-3);
-        for (const HistoryEntry& e : entries) store.update(e);
     }
     Model model(script.services(machine));
     ASSERT_EQ(model.keepDays(), 7);
