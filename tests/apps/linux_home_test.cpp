@@ -77,13 +77,12 @@ struct LinuxHome {
     QByteArray path() const { return "PATH=" + bin.toUtf8() + ":/usr/bin:/bin"; }
 };
 
-const InstalledApp* find(const QList<InstalledApp>& apps, const QString& name) { return findBy(apps, &InstalledApp::name, name); }
+const InstalledApp& item(const QList<InstalledApp>& apps, const QString& name) { return itemBy(apps, &InstalledApp::name, name); }
 
 // Leftover path below the home → "confidence: why".
-QMap<QString, QString> leftoversOf(const InstalledApp* app) {
+QMap<QString, QString> leftoversOf(const InstalledApp& app) {
     QMap<QString, QString> out;
-    if (!app) return out;
-    for (const Leftover& l : app->leftovers)
+    for (const Leftover& l : app.leftovers)
         out.insert(l.path.mid(Sandbox::home().size() + 1), rawValue(l.confidence) + ": " + l.why);
     return out;
 }
@@ -97,22 +96,21 @@ TEST(LinuxHome, FlatpaksAndAppImagesAreListedWithWhatTheyLeftAndTheGoneAppsData)
 
     EXPECT_EQ(fieldOf(result.apps, &InstalledApp::name), (QStringList{"Night Owl", "Obsidian", "Shared Board", "nvim"})) << "largest first";
 
-    const InstalledApp* owl = find(result.apps, "Night Owl");
-    ASSERT_TRUE(owl);
-    EXPECT_EQ(owl->appBytes, Walker::size(owl->path, false).bytes);
+    const InstalledApp& owl = item(result.apps, "Night Owl");
+    EXPECT_EQ(owl.appBytes, Walker::size(owl.path, false).bytes);
     EXPECT_EQ(leftoversOf(owl), (QMap<QString, QString>{
                                     {".var/app/org.example.NightOwl", "sure: Bundle ID matches (org.example.NightOwl)"},
                                     {".config/nightowl", "likely: Named after its program (nightowl)"},
                                     {".cache/night-owl-main", "likely: Named after its window class (night-owl-main)"}}))
         << "~/Documents/Night Owl is the user's own";
-    EXPECT_EQ(owl->leftovers[0].bytes, Walker::size(f.home + "/.var/app/org.example.NightOwl", false).bytes);
+    EXPECT_EQ(owl.leftovers[0].bytes, Walker::size(f.home + "/.var/app/org.example.NightOwl", false).bytes);
 
-    EXPECT_EQ(leftoversOf(find(result.apps, "Obsidian")),
+    EXPECT_EQ(leftoversOf(item(result.apps, "Obsidian")),
               (QMap<QString, QString>{{".config/obsidian", "likely: Named after the app"},
                                       {".config/md.obsidian.Obsidian", "likely: Bundle ID matches (md.obsidian.Obsidian)"}}));
-    EXPECT_EQ(leftoversOf(find(result.apps, "Shared Board")),
+    EXPECT_EQ(leftoversOf(item(result.apps, "Shared Board")),
               (QMap<QString, QString>{{".var/app/com.example.Shared", "sure: Bundle ID matches (com.example.Shared)"}}));
-    EXPECT_EQ(leftoversOf(find(result.apps, "nvim")),
+    EXPECT_EQ(leftoversOf(item(result.apps, "nvim")),
               (QMap<QString, QString>{{".local/share/nvim", "likely: Named after the app"},
                                       {".cache/nvim", "likely: Named after the app"}}));
 
@@ -128,10 +126,10 @@ TEST(LinuxHome, EachKindOfAppIsRemovedItsOwnWay) {
     using AppRemoval::Origin;
 
     // Flatpaks and AppImages removed through the model: model/linux_uninstall_test.
-    EXPECT_EQ(AppRemoval::origin(*find(result.apps, "Night Owl"), f.system), Origin::userFlatpak);
-    EXPECT_EQ(AppRemoval::origin(*find(result.apps, "Shared Board"), f.system), Origin::systemFlatpak);
-    EXPECT_EQ(AppRemoval::origin(*find(result.apps, "Obsidian"), f.system), Origin::appImage);
-    EXPECT_EQ(AppRemoval::plan(*find(result.apps, "nvim"), f.system), (AppRemoval::Plan{Removal::trash(), {}, {}}));
+    EXPECT_EQ(AppRemoval::origin(item(result.apps, "Night Owl"), f.system), Origin::userFlatpak);
+    EXPECT_EQ(AppRemoval::origin(item(result.apps, "Shared Board"), f.system), Origin::systemFlatpak);
+    EXPECT_EQ(AppRemoval::origin(item(result.apps, "Obsidian"), f.system), Origin::appImage);
+    EXPECT_EQ(AppRemoval::plan(item(result.apps, "nvim"), f.system), (AppRemoval::Plan{Removal::trash(), {}, {}}));
 
     const QString bundle = MacApps::app(f.system.applications, "Editor.app", MacApps::info("com.example.Editor", "Editor"));
     const InstalledApp editor{"Editor", "com.example.Editor", bundle, 0, std::nullopt, "com.example", {}};

@@ -41,7 +41,7 @@ void fakeLaunchctl(const QString& path, const QString& output, const QByteArray&
                           "echo \"$@\" > '" + path.toUtf8() + ".args'\n" + extra + "cat '" + path.toUtf8() + ".out'\n");
 }
 
-const LoginItem* find(const QList<LoginItem>& items, const QString& id) { return findBy(items, &LoginItem::identifier, id); }
+const LoginItem& item(const QList<LoginItem>& items, const QString& id) { return itemBy(items, &LoginItem::identifier, id); }
 
 class LoginItemsTest : public ::testing::Test {
 protected:
@@ -110,58 +110,52 @@ TEST_F(LoginItemsTest, ListsTheJobsOfAllThreeFoldersWithTheirAppAndProgram) {
         << "this user's first, then by name without regard to case";
     EXPECT_EQ(LinuxFixtures::contents(system.launchctl + ".args"), "print-disabled gui/" + QByteArray::number(::getuid()) + "\n");
 
-    const LoginItem* helper = find(items, "com.example.helper");
-    ASSERT_TRUE(helper);
-    EXPECT_EQ(*helper, (LoginItem{"Editor", "com.example.helper", "com.example", Kind::agent, true, agents + "/helper.plist",
+    const LoginItem& helper = item(items, "com.example.helper");
+    EXPECT_EQ(helper, (LoginItem{"Editor", "com.example.helper", "com.example", Kind::agent, true, agents + "/helper.plist",
                                   false, "Not signed", false, true}));
 
-    const LoginItem* postgres = find(items, "homebrew.mxcl.postgresql@14");
-    ASSERT_TRUE(postgres);
-    EXPECT_EQ(*postgres, (LoginItem{"homebrew.mxcl.postgresql@14", "homebrew.mxcl.postgresql@14", "homebrew.mxcl", Kind::agent,
+    const LoginItem& postgres = item(items, "homebrew.mxcl.postgresql@14");
+    EXPECT_EQ(postgres, (LoginItem{"homebrew.mxcl.postgresql@14", "homebrew.mxcl.postgresql@14", "homebrew.mxcl", Kind::agent,
                                     false, agents + "/homebrew.mxcl.postgresql@14.plist", false, "Not signed", false, false}));
 
-    const LoginItem* mach = find(items, "com.example.mach");
-    ASSERT_TRUE(mach);
-    EXPECT_FALSE(mach->missing) << "a job that runs no program of its own has nothing to miss";
-    EXPECT_TRUE(mach->enabled);
+    const LoginItem& mach = item(items, "com.example.mach");
+    EXPECT_FALSE(mach.missing) << "a job that runs no program of its own has nothing to miss";
+    EXPECT_TRUE(mach.enabled);
 
-    const LoginItem* gone = find(items, "net.gone.agent");
-    ASSERT_TRUE(gone);
-    EXPECT_TRUE(gone->missing) << "launchd runs Program, not the first of ProgramArguments";
-    EXPECT_FALSE(gone->appStillThere);
+    const LoginItem& gone = item(items, "net.gone.agent");
+    EXPECT_TRUE(gone.missing) << "launchd runs Program, not the first of ProgramArguments";
+    EXPECT_FALSE(gone.appStillThere);
 
-    EXPECT_TRUE(find(items, "com.example.on")->enabled) << "launchd's override beats the job's own Disabled key";
-    EXPECT_FALSE(find(items, "com.example.on")->missing) << "a bare name is found in launchd's search path";
-    EXPECT_FALSE(find(items, "com.example.off")->enabled);
-    EXPECT_TRUE(find(items, "com.example.off")->missing);
-    EXPECT_TRUE(find(items, "com.lost.helper")->missing) << "its program lived in an app that is gone";
-    EXPECT_FALSE(find(items, "com.lost.helper")->appStillThere);
+    EXPECT_TRUE(item(items, "com.example.on").enabled) << "launchd's override beats the job's own Disabled key";
+    EXPECT_FALSE(item(items, "com.example.on").missing) << "a bare name is found in launchd's search path";
+    EXPECT_FALSE(item(items, "com.example.off").enabled);
+    EXPECT_TRUE(item(items, "com.example.off").missing);
+    EXPECT_TRUE(item(items, "com.lost.helper").missing) << "its program lived in an app that is gone";
+    EXPECT_FALSE(item(items, "com.lost.helper").appStillThere);
 
-    const LoginItem* sys = find(items, "com.example.sys");
-    ASSERT_TRUE(sys);
-    EXPECT_EQ(sys->name, "Editor") << "its program lies inside the installed Editor.app";
-    EXPECT_TRUE(sys->appStillThere);
-    EXPECT_TRUE(sys->needsAdmin);
-    EXPECT_EQ(sys->scope(), "All users");
+    const LoginItem& sys = item(items, "com.example.sys");
+    EXPECT_EQ(sys.name, "Editor") << "its program lies inside the installed Editor.app";
+    EXPECT_TRUE(sys.appStillThere);
+    EXPECT_TRUE(sys.needsAdmin);
+    EXPECT_EQ(sys.scope(), "All users");
 
-    const LoginItem* daemon = find(items, "com.example.daemon");
-    ASSERT_TRUE(daemon);
-    EXPECT_EQ(daemon->kind, Kind::daemon);
-    EXPECT_EQ(daemon->scope(), "All users, as root");
-    EXPECT_EQ(daemon->path, system.launchDaemons + "/com.example.daemon.plist");
+    const LoginItem& daemon = item(items, "com.example.daemon");
+    EXPECT_EQ(daemon.kind, Kind::daemon);
+    EXPECT_EQ(daemon.scope(), "All users, as root");
+    EXPECT_EQ(daemon.path, system.launchDaemons + "/com.example.daemon.plist");
 }
 
 TEST_F(LoginItemsTest, OldLaunchctlOutputAndNoLaunchctlAtAll) {
     fakeLaunchctl(system.launchctl, oldForm);
     QList<LoginItem> items = LoginItems::list(system);
-    EXPECT_FALSE(find(items, "homebrew.mxcl.postgresql@14")->enabled);
-    EXPECT_TRUE(find(items, "com.example.on")->enabled);
+    EXPECT_FALSE(item(items, "homebrew.mxcl.postgresql@14").enabled);
+    EXPECT_TRUE(item(items, "com.example.on").enabled);
 
     ::unlink(system.launchctl.toUtf8().constData());
     items = LoginItems::list(system);
     EXPECT_EQ(items.size(), 9) << "without launchctl the jobs are still listed";
-    EXPECT_TRUE(find(items, "homebrew.mxcl.postgresql@14")->enabled);
-    EXPECT_FALSE(find(items, "com.example.on")->enabled) << "the job's own Disabled key decides";
+    EXPECT_TRUE(item(items, "homebrew.mxcl.postgresql@14").enabled);
+    EXPECT_FALSE(item(items, "com.example.on").enabled) << "the job's own Disabled key decides";
 }
 
 TEST_F(LoginItemsTest, ALaunchctlThatHangsIsGivenUpAfterFiveSeconds) {
@@ -171,5 +165,5 @@ TEST_F(LoginItemsTest, ALaunchctlThatHangsIsGivenUpAfterFiveSeconds) {
     const QList<LoginItem> items = LoginItems::list(system);
     EXPECT_LT(timer.elapsed(), 30'000);
     EXPECT_EQ(items.size(), 9);
-    EXPECT_TRUE(find(items, "homebrew.mxcl.postgresql@14")->enabled);
+    EXPECT_TRUE(item(items, "homebrew.mxcl.postgresql@14").enabled);
 }

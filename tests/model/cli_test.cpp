@@ -44,8 +44,7 @@ protected:
 TEST_F(Clean, ADryRunShowsTheConfirmationAndTouchesNothing) {
     const Ran ran = runQuarle({"clean", "--dry-run"});
     EXPECT_EQ(ran.status, 0) << ran.err.constData();
-    EXPECT_TRUE(ran.out.contains(" items — ")) << ran.out.constData();
-    EXPECT_TRUE(ran.out.contains(" to move to the Trash\n"));
+    EXPECT_TRUE(ran.out.contains(" to move to the Trash\n")) << ran.out.constData();
     EXPECT_TRUE(ran.out.contains("App caches  ~/Library/Caches"));
     EXPECT_TRUE(ran.out.contains("Kept from Xcode build data: Projects built in the last 7 days start unticked.\n"));
     EXPECT_TRUE(ran.out.contains("  Quarle  (changed yesterday)")) << "the recent project, kept";
@@ -75,8 +74,6 @@ TEST_F(Clean, ItAsksUnlessToldYesAndPrintsTheToast) {
     EXPECT_EQ(ran.status, 0) << ran.err.constData();
     EXPECT_TRUE(ran.out.contains("\nFreed ")) << ran.out.constData();
     EXPECT_FALSE(there("Library/Caches/com.spotify.client/index"));
-    EXPECT_TRUE(there("Library/Caches/com.apple.Safari/WebKitCache")) << "macOS's own caches stay";
-    EXPECT_TRUE(runQuarle({"history"}).out.contains("App caches — "));
 }
 
 TEST_F(Clean, JsonHoldsTheConfirmationAndWhatWasKept) {
@@ -93,7 +90,6 @@ TEST_F(Clean, JsonHoldsTheConfirmationAndWhatWasKept) {
     for (const QJsonValue& f : confirm.value("findings").toArray()) sum += f.toObject().value("bytes").toInteger();
     EXPECT_EQ(confirm.value("bytes").toInteger(), sum);
     EXPECT_EQ(confirm.value("title").toString(), Fmt::count(rows.size(), "item"));
-    EXPECT_TRUE(confirm.value("paths").toArray().isEmpty());
     const QJsonArray kept = dry.value("kept").toArray();
     ASSERT_FALSE(kept.isEmpty());
     EXPECT_EQ(kept.first().toObject().value("id").toString(), "derived");
@@ -139,7 +135,7 @@ TEST_F(Clean, RowsNamedAreClearedAsTheirButtonsWould) {
     EXPECT_TRUE(there("Library/Application Support/MobileSync/Backup/00008110-001A2B3C4D5E6F70/Manifest.db"));
 }
 
-TEST_F(Clean, AnotherRootAndTheDemonstration) {
+TEST_F(Clean, AnotherRootIsClearedIntoItsOwnTrash) {
     const QString other = Sandbox::scratch("other");
     MacHome(other).logs();
     Ran ran = runQuarle({"clean", "--yes"}, {"QUARLE_ROOT=" + b(other)});
@@ -148,14 +144,6 @@ TEST_F(Clean, AnotherRootAndTheDemonstration) {
     EXPECT_FALSE(Files::exists(other + "/Library/Logs/install.log"));
     EXPECT_TRUE(Files::exists(other + "/.local/share/Trash/files/install.log")) << "the other home's own Trash";
     EXPECT_TRUE(there("Library/Logs/install.log"));
-
-    ran = runQuarle({"clean", "--yes"}, {"QUARLE_DEMO=1"});
-    EXPECT_EQ(ran.status, 0);
-    EXPECT_TRUE(ran.out.startsWith("14 items — 47.3 GB to move to the Trash\n")) << ran.out.constData();
-    EXPECT_TRUE(ran.out.endsWith("\nDemo Mac: nothing was removed.\n"));
-    const QJsonObject demo = jsonOf(runQuarle({"clean", "--json", "--dry-run", "derived"}, {"QUARLE_DEMO=1"}));
-    EXPECT_EQ(demo.value("confirm").toObject().value("title").toString(), "Xcode build data");
-    EXPECT_TRUE(there("Library/Caches/com.spotify.client/index"));
 }
 
 TEST(HistoryVerbs, EmptyAllAndKeepDaysAskThroughTheModel) {

@@ -1,6 +1,8 @@
 #pragma once
 // Looking into lists of records, and arrays of JSON objects, by one of their fields.
 
+#include <gtest/gtest.h>
+
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QList>
@@ -28,4 +30,13 @@ const T* findBy(const QList<T>& items, QString T::*field, const QString& value) 
     for (const T& i : items)
         if (i.*field == value) return &i;
     return nullptr;
+}
+
+// The same, for a test that goes on with the item: a failure and an empty item when there is none.
+template <typename T>
+const T& itemBy(const QList<T>& items, QString T::*field, const QString& value) {
+    if (const T* found = findBy(items, field, value)) return *found;
+    ADD_FAILURE() << "no item " << value.toStdString();
+    static const T none{};
+    return none;
 }
