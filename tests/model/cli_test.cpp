@@ -217,9 +217,7 @@ TEST_F(AppVerbs, UninstallShowsWhatGoesAsksAndMovesTheSureOnes) {
     ran = run({"uninstall", "com.example.Editor"}, "y\n");
     EXPECT_EQ(ran.status, 0) << ran.err.constData();
     EXPECT_TRUE(ran.out.contains("to the Trash. History can restore it for 7 days.\n")) << ran.out.constData();
-    EXPECT_FALSE(Files::exists(app));
-    EXPECT_FALSE(Files::exists(home + "/Library/Caches/com.example.Editor"));
-    EXPECT_TRUE(runQuarle({"history"}).out.contains(" Uninstall Editor — "));
+    EXPECT_FALSE(Files::exists(app)) << "its leftovers and History entry: Apps.Uninstalling in apps_test";
 }
 
 TEST_F(AppVerbs, OrphansAreRemovedOnlyWithTheirLeftoversTicked) {
