@@ -4,7 +4,6 @@
 #include "apps/login_items.h"
 #include "core/paths.h"
 #include "core/record_json.h"
-#include "support/files.h"
 #include "support/mac_apps.h"
 #include "support/run_quarle.h"
 #include "support/sandbox.h"

@@ -2,7 +2,6 @@
 
 #include "apps/leftover_sweep.h"
 #include "apps/leftovers.h"
-#include "support/sandbox.h"
 
 using Leftovers::AppIdentity;
 using Leftovers::Match;

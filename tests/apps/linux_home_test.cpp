@@ -4,7 +4,6 @@
 #include "apps/app_scanner.h"
 #include "apps/linux_login_items.h"
 #include "apps/login_items.h"
-#include "core/fmt.h"
 #include "core/paths.h"
 #include "core/record_json.h"
 #include "measure/walker.h"

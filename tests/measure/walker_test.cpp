@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <QDir>
 
 #include "core/paths.h"
 #include "measure/walker.h"

@@ -5,7 +5,6 @@
 #include "scan/scan_fixture.h"
 #include "scan/scan_json.h"
 #include "scan/scanner.h"
-#include "support/sandbox.h"
 
 namespace {
 

@@ -7,7 +7,6 @@
 #include "core/home.h"
 #include "scan/early_rows.h"
 #include "support/lists.h"
-#include "support/sandbox.h"
 
 namespace {
 

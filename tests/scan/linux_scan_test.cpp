@@ -2,7 +2,6 @@
 
 #include "core/home.h"
 #include "core/paths.h"
-#include "scan/catalogue.h"
 #include "scan/linux_fixture.h"
 #include "scan/system_data.h"
 #include "support/mac_home.h"

@@ -4,7 +4,6 @@
 
 #include "core/home.h"
 #include "core/paths.h"
-#include "scan/catalogue.h"
 #include "scan/extras.h"
 #include "scan/scan_fixture.h"
 #include "scan/scanner.h"

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 
-#include "core/home.h"
 #include "platform/system_figures.h"
 #include "scan/access.h"
 #include "scan/scanner.h"

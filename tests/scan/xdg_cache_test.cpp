@@ -7,7 +7,6 @@
 
 #include "core/json.h"
 #include "core/paths.h"
-#include "scan/catalogue.h"
 #include "scan/extras.h"
 #include "scan/linux_fixture.h"
 #include "support/linux_apps.h"
