@@ -204,8 +204,9 @@ TEST_F(Clearing, EmptyingAsksFirstThenDeletesOnlyQuarlesItems) {
     EXPECT_FALSE(Files::exists(first.moved.first().trashed));
     EXPECT_EQ(model->history().last().state, HistoryEntry::State::emptied);
 
-    model->emptyAll(false);  // its question, word for word: HistoryVerbs in cli_test
+    model->emptyAll(false);  // its title: HistoryVerbs in cli_test
     ASSERT_TRUE(model->ask());
+    EXPECT_TRUE(model->ask()->message.endsWith("Nothing else in your Trash is touched."));
     reportAfter(*model, [&] { model->confirmAsk(); });
     EXPECT_EQ(model->history().first().state, HistoryEntry::State::emptied);
     EXPECT_TRUE(Files::exists(elsewhere));
