@@ -4,7 +4,6 @@
 #include "apps/login_items.h"
 #include "core/paths.h"
 #include "core/record_json.h"
-#include "support/files.h"
 #include "support/mac_apps.h"
 #include "support/run_quarle.h"
 #include "support/sandbox.h"
@@ -89,13 +88,4 @@ TEST(AppsVerbs, OrphansAndLoginItemsWorkOnAnotherMacShapedHome) {
     EXPECT_EQ(runQuarle({"orphans"}, {empty, noSystem}).out, "No leftovers of apps that are gone.\n");
     EXPECT_EQ(runQuarle({"login-items"}, {empty, noSystem}).out, "Nothing starts at login.\n");
     EXPECT_TRUE(runQuarle({"apps"}, {empty, noSystem}).out.startsWith("No apps in "));
-}
-
-TEST(AppsVerbs, AnythingButJsonIsAWrongCommandLine) {
-    for (const char* verb : {"apps", "orphans", "login-items"}) {
-        const Ran ran = runQuarle({verb, "--jsn"});
-        EXPECT_EQ(ran.status, 2) << verb;
-        EXPECT_TRUE(ran.err.contains("has no option \"--jsn\"")) << ran.err.constData();
-        EXPECT_TRUE(ran.out.isEmpty());
-    }
 }

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 
 #include "platform/known_apps.h"
 #include "support/files.h"
@@ -15,10 +14,8 @@ namespace {
 // A `flatpak` that prints two application ids and counts its runs in `runs`.
 QString fakeFlatpak(const QString& runs) {
     const QString bin = Sandbox::scratch("bin");
-    Files::writeText(bin + "/flatpak", "#!/bin/sh\necho run >> '" + runs.toUtf8() +
-                                           "'\n[ \"$*\" = 'list --app --columns=application' ] || exit 3\n"
-                                           "printf 'org.example.Flat\\n  com.example.Other  \\n\\n'\n");
-    ::chmod((bin + "/flatpak").toUtf8().constData(), 0755);
+    LinuxFixtures::script(bin, "flatpak", "echo run >> '" + runs.toUtf8() + "'\n[ \"$*\" = 'list --app --columns=application' ] || exit 3\n"
+                                          "printf 'org.example.Flat\\n  com.example.Other  \\n\\n'\n");
     return bin;
 }
 

@@ -1,13 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QElapsedTimer>
-#include <QFile>
 
 #include "apps/login_items.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
+#include "support/lists.h"
 #include "support/mac_apps.h"
 #include "support/sandbox.h"
 
@@ -36,22 +36,12 @@ const QString newForm = QStringLiteral(
 
 // A script at `path` that writes its arguments to path + ".args" and prints `output`.
 void fakeLaunchctl(const QString& path, const QString& output, const QByteArray& extra = {}) {
-    Files::makeDirs(path.section('/', 0, -2));
-    Files::writeText(path + ".out", output.toUtf8());
-    Files::writeText(path, "#!/bin/sh\necho \"$@\" > '" + path.toUtf8() + ".args'\n" + extra + "cat '" + path.toUtf8() + ".out'\n");
-    ::chmod(path.toUtf8().constData(), 0755);
+    LinuxFixtures::text(path + ".out", output.toUtf8());
+    LinuxFixtures::script(path.section('/', 0, -2), path.section('/', -1),
+                          "echo \"$@\" > '" + path.toUtf8() + ".args'\n" + extra + "cat '" + path.toUtf8() + ".out'\n");
 }
 
-QByteArray contents(const QString& file) {
-    QFile f(file);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-const LoginItem* find(const QList<LoginItem>& items, const QString& label) {
-    for (const LoginItem& i : items)
-        if (i.identifier == label) return &i;
-    return nullptr;
-}
+const LoginItem& item(const QList<LoginItem>& items, const QString& id) { return itemBy(items, &LoginItem::identifier, id); }
 
 class LoginItemsTest : public ::testing::Test {
 protected:
@@ -97,12 +87,8 @@ protected:
 
 }  // namespace
 
-TEST(LaunchctlOutput, OnlyTheDisabledServicesBlockCountsInTheOldAndNewForms) {
-    const QHash<QString, bool> expected{
-        {"com.apple.ScreenReaderUIServer", true}, {"homebrew.mxcl.postgresql@14", true}, {"com.example.on", false}};
-    EXPECT_EQ(LoginItems::parseDisabled(oldForm), expected);
-    EXPECT_EQ(LoginItems::parseDisabled(newForm), expected);
-
+// Both forms launchctl prints are read by the listing tests below; here, what lies outside them.
+TEST(LaunchctlOutput, OnlyTheDisabledServicesBlockCounts) {
     EXPECT_TRUE(LoginItems::parseDisabled("\"com.example.outside\" => disabled\n").isEmpty());
     EXPECT_TRUE(LoginItems::parseDisabled("").isEmpty());
     EXPECT_EQ(LoginItems::parseDisabled("disabled services = {\n\tno quotes => disabled\n\t\"odd\" => maybe\n"
@@ -115,65 +101,57 @@ TEST_F(LoginItemsTest, ListsTheJobsOfAllThreeFoldersWithTheirAppAndProgram) {
     fakeLaunchctl(system.launchctl, newForm);
     const QList<LoginItem> items = LoginItems::list(system);
 
-    QStringList order;
-    for (const LoginItem& i : items) order.append(i.identifier);
-    EXPECT_EQ(order, (QStringList{"com.example.mach", "com.example.off", "com.example.on", "com.lost.helper", "com.example.helper",
+    EXPECT_EQ(fieldOf(items, &LoginItem::identifier), (QStringList{"com.example.mach", "com.example.off", "com.example.on", "com.lost.helper", "com.example.helper",
                                   "homebrew.mxcl.postgresql@14", "net.gone.agent", "com.example.daemon", "com.example.sys"}))
         << "this user's first, then by name without regard to case";
-    EXPECT_EQ(contents(system.launchctl + ".args"), "print-disabled gui/" + QByteArray::number(::getuid()) + "\n");
+    EXPECT_EQ(LinuxFixtures::contents(system.launchctl + ".args"), "print-disabled gui/" + QByteArray::number(::getuid()) + "\n");
 
-    const LoginItem* helper = find(items, "com.example.helper");
-    ASSERT_TRUE(helper);
-    EXPECT_EQ(*helper, (LoginItem{"Editor", "com.example.helper", "com.example", Kind::agent, true, agents + "/helper.plist",
+    const LoginItem& helper = item(items, "com.example.helper");
+    EXPECT_EQ(helper, (LoginItem{"Editor", "com.example.helper", "com.example", Kind::agent, true, agents + "/helper.plist",
                                   false, "Not signed", false, true}));
 
-    const LoginItem* postgres = find(items, "homebrew.mxcl.postgresql@14");
-    ASSERT_TRUE(postgres);
-    EXPECT_EQ(*postgres, (LoginItem{"homebrew.mxcl.postgresql@14", "homebrew.mxcl.postgresql@14", "homebrew.mxcl", Kind::agent,
+    const LoginItem& postgres = item(items, "homebrew.mxcl.postgresql@14");
+    EXPECT_EQ(postgres, (LoginItem{"homebrew.mxcl.postgresql@14", "homebrew.mxcl.postgresql@14", "homebrew.mxcl", Kind::agent,
                                     false, agents + "/homebrew.mxcl.postgresql@14.plist", false, "Not signed", false, false}));
 
-    const LoginItem* mach = find(items, "com.example.mach");
-    ASSERT_TRUE(mach);
-    EXPECT_FALSE(mach->missing) << "a job that runs no program of its own has nothing to miss";
-    EXPECT_TRUE(mach->enabled);
+    const LoginItem& mach = item(items, "com.example.mach");
+    EXPECT_FALSE(mach.missing) << "a job that runs no program of its own has nothing to miss";
+    EXPECT_TRUE(mach.enabled);
 
-    const LoginItem* gone = find(items, "net.gone.agent");
-    ASSERT_TRUE(gone);
-    EXPECT_TRUE(gone->missing) << "launchd runs Program, not the first of ProgramArguments";
-    EXPECT_FALSE(gone->appStillThere);
+    const LoginItem& gone = item(items, "net.gone.agent");
+    EXPECT_TRUE(gone.missing) << "launchd runs Program, not the first of ProgramArguments";
+    EXPECT_FALSE(gone.appStillThere);
 
-    EXPECT_TRUE(find(items, "com.example.on")->enabled) << "launchd's override beats the job's own Disabled key";
-    EXPECT_FALSE(find(items, "com.example.on")->missing) << "a bare name is found in launchd's search path";
-    EXPECT_FALSE(find(items, "com.example.off")->enabled);
-    EXPECT_TRUE(find(items, "com.example.off")->missing);
-    EXPECT_TRUE(find(items, "com.lost.helper")->missing) << "its program lived in an app that is gone";
-    EXPECT_FALSE(find(items, "com.lost.helper")->appStillThere);
+    EXPECT_TRUE(item(items, "com.example.on").enabled) << "launchd's override beats the job's own Disabled key";
+    EXPECT_FALSE(item(items, "com.example.on").missing) << "a bare name is found in launchd's search path";
+    EXPECT_FALSE(item(items, "com.example.off").enabled);
+    EXPECT_TRUE(item(items, "com.example.off").missing);
+    EXPECT_TRUE(item(items, "com.lost.helper").missing) << "its program lived in an app that is gone";
+    EXPECT_FALSE(item(items, "com.lost.helper").appStillThere);
 
-    const LoginItem* sys = find(items, "com.example.sys");
-    ASSERT_TRUE(sys);
-    EXPECT_EQ(sys->name, "Editor") << "its program lies inside the installed Editor.app";
-    EXPECT_TRUE(sys->appStillThere);
-    EXPECT_TRUE(sys->needsAdmin);
-    EXPECT_EQ(sys->scope(), "All users");
+    const LoginItem& sys = item(items, "com.example.sys");
+    EXPECT_EQ(sys.name, "Editor") << "its program lies inside the installed Editor.app";
+    EXPECT_TRUE(sys.appStillThere);
+    EXPECT_TRUE(sys.needsAdmin);
+    EXPECT_EQ(sys.scope(), "All users");
 
-    const LoginItem* daemon = find(items, "com.example.daemon");
-    ASSERT_TRUE(daemon);
-    EXPECT_EQ(daemon->kind, Kind::daemon);
-    EXPECT_EQ(daemon->scope(), "All users, as root");
-    EXPECT_EQ(daemon->path, system.launchDaemons + "/com.example.daemon.plist");
+    const LoginItem& daemon = item(items, "com.example.daemon");
+    EXPECT_EQ(daemon.kind, Kind::daemon);
+    EXPECT_EQ(daemon.scope(), "All users, as root");
+    EXPECT_EQ(daemon.path, system.launchDaemons + "/com.example.daemon.plist");
 }
 
 TEST_F(LoginItemsTest, OldLaunchctlOutputAndNoLaunchctlAtAll) {
     fakeLaunchctl(system.launchctl, oldForm);
     QList<LoginItem> items = LoginItems::list(system);
-    EXPECT_FALSE(find(items, "homebrew.mxcl.postgresql@14")->enabled);
-    EXPECT_TRUE(find(items, "com.example.on")->enabled);
+    EXPECT_FALSE(item(items, "homebrew.mxcl.postgresql@14").enabled);
+    EXPECT_TRUE(item(items, "com.example.on").enabled);
 
     ::unlink(system.launchctl.toUtf8().constData());
     items = LoginItems::list(system);
     EXPECT_EQ(items.size(), 9) << "without launchctl the jobs are still listed";
-    EXPECT_TRUE(find(items, "homebrew.mxcl.postgresql@14")->enabled);
-    EXPECT_FALSE(find(items, "com.example.on")->enabled) << "the job's own Disabled key decides";
+    EXPECT_TRUE(item(items, "homebrew.mxcl.postgresql@14").enabled);
+    EXPECT_FALSE(item(items, "com.example.on").enabled) << "the job's own Disabled key decides";
 }
 
 TEST_F(LoginItemsTest, ALaunchctlThatHangsIsGivenUpAfterFiveSeconds) {
@@ -183,5 +161,5 @@ TEST_F(LoginItemsTest, ALaunchctlThatHangsIsGivenUpAfterFiveSeconds) {
     const QList<LoginItem> items = LoginItems::list(system);
     EXPECT_LT(timer.elapsed(), 30'000);
     EXPECT_EQ(items.size(), 9);
-    EXPECT_TRUE(find(items, "homebrew.mxcl.postgresql@14")->enabled);
+    EXPECT_TRUE(item(items, "homebrew.mxcl.postgresql@14").enabled);
 }

@@ -21,33 +21,23 @@ TEST_F(FmtTest, BytesRoundsBeforeChoosingTheUnit) {
     const std::pair<qint64, const char*> cases[] = {
         {0, "0 KB"},
         {1, "1 KB"},
-        {999, "1 KB"},
         {-500, "1 KB"},
-        {1000, "1 KB"},
         {1499, "1 KB"},
         {1500, "2 KB"},  // printf rounds the exact half to even
         {999'499, "999 KB"},
         {999'500, "1 MB"},
-        {1'000'000, "1 MB"},
         {999'499'999, "999 MB"},
         {999'500'000, "1.0 GB"},
-        {999'950'000, "1.0 GB"},
         {1'050'000'000, "1.1 GB"},  // 1.05 is a little above its binary neighbour
         {99'949'999'999, "99.9 GB"},
         {99'950'000'000, "100 GB"},
-        {123'456'789'000, "123 GB"},
         {999'949'999'999, "1000 GB"},
         {999'950'000'000, "1.0 TB"},
-        {1'000'000'000'000, "1.0 TB"},
         {12'345'000'000'000, "12.3 TB"},
         {-1'500'000, "-2 MB"},
-        {-2'000'000'000, "-2.0 GB"},
     };
     for (const auto& [n, text] : cases) EXPECT_EQ(Fmt::bytes(n).toStdString(), text) << n;
     EXPECT_EQ(Fmt::bytes(std::numeric_limits<qint64>::max()).toStdString(), "9223372.0 TB");
-}
-
-TEST_F(FmtTest, BytesOfTheMostNegativeValueIsFatal) {
     EXPECT_DEATH(Fmt::bytes(std::numeric_limits<qint64>::min()), "overflow");
 }
 
@@ -82,7 +72,6 @@ TEST_F(FmtTest, CountGroupsDigitsAndPicksTheWord) {
     EXPECT_EQ(Fmt::count(1, "file"), "1 file");
     EXPECT_EQ(Fmt::count(0, "file"), "0 files");
     EXPECT_EQ(Fmt::count(1200, "file"), "1,200 files");
-    EXPECT_EQ(Fmt::count(1'234'567, "item"), "1,234,567 items");
     EXPECT_EQ(Fmt::count(2, "category", QStringLiteral("categories")), "2 categories");
     EXPECT_EQ(Fmt::count(1, "category", QStringLiteral("categories")), "1 category");
 
@@ -104,7 +93,6 @@ TEST_F(FmtTest, AgoCountsWholeDaysWithoutSingulars) {
     const QDateTime now = QDateTime::fromSecsSinceEpoch(1'700'000'000, Qt::UTC);
     const auto daysBefore = [&](double days) { return now.addSecs(qint64(-days * 86400)); };
     EXPECT_EQ(Fmt::ago(std::nullopt, now), "never seen");
-    EXPECT_EQ(Fmt::ago(now, now), "today");
     EXPECT_EQ(Fmt::ago(now.addSecs(-86399), now), "today");
     EXPECT_EQ(Fmt::ago(now.addSecs(3600), now), "today");  // a date in the future
     EXPECT_EQ(Fmt::ago(daysBefore(1), now), "yesterday");
@@ -116,7 +104,6 @@ TEST_F(FmtTest, AgoCountsWholeDaysWithoutSingulars) {
     EXPECT_EQ(Fmt::ago(daysBefore(60), now), "2 months ago");
     EXPECT_EQ(Fmt::ago(daysBefore(729), now), "24 months ago");
     EXPECT_EQ(Fmt::ago(daysBefore(730), now), "2 years ago");
-    EXPECT_EQ(Fmt::ago(daysBefore(4000), now), "10 years ago");
 }
 
 TEST_F(FmtTest, DayAndEmptyDayUseTheLocalesShortFormsWithTheYearOfAnotherYear) {

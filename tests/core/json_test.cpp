@@ -23,7 +23,6 @@ Finding sampleFinding() {
     f.explain = "Apps keep copies.";
     f.comesBack = "Comes back by itself";
     f.removal = Removal::trash();
-    f.developer = false;
     f.paths = {"/Users/a/Library/Caches"};
     f.parts = {{"Spotify", "/Users/a/Library/Caches/Spotify", 100, "changed today", at(1'700'000'000)},
                {"Slack", "/Users/a/Library/Caches/Slack", 50, "", std::nullopt}};

@@ -3,6 +3,7 @@
 #include "support/printers.h"
 
 #include "core/picks.h"
+#include "support/lists.h"
 
 namespace {
 
@@ -14,31 +15,23 @@ Part part(const QString& name, std::optional<qint64> ageSeconds, const QString& 
     return Part{name, "/p/" + name, 1, note, modified};
 }
 
-QStringList paths(const QList<Part>& parts) {
-    QStringList out;
-    for (const Part& p : parts) out.append(p.path);
-    return out;
-}
+QStringList paths(const QList<Part>& parts) { return fieldOf(parts, &Part::path); }
 
-TEST(Picks, RecentProjectsAndArchivesStartUnticked) {
+TEST(Picks, WhatStartsUnticked) {
     const QList<Part> parts{part("new", 10), part("edge", Picks::recent - 1), part("old", Picks::recent),
                             part("undated", std::nullopt), part("future", -3600)};
     for (const char* rule : {"derived", "archives"})
         EXPECT_EQ(Picks::keptByDefault(rule, parts, now), QSet<QString>({"/p/new", "/p/edge", "/p/future"}));
     EXPECT_TRUE(Picks::keptByDefault("caches", parts, now).isEmpty());
-}
 
-TEST(Picks, InstallersOfAppsThatAreNotInstalledStartUnticked) {
-    const QList<Part> parts{part("a.dmg", 1, "downloaded today · Slack is installed"), part("b.pkg", 1, "downloaded today")};
-    EXPECT_EQ(Picks::keptByDefault("installers", parts, now), QSet<QString>({"/p/b.pkg"}));
-}
-
-TEST(Picks, DeviceSupportKeepsTheNewestPerDevice) {
-    const QList<Part> parts{part("iPhone14,2 17.1", 300), part("iPhone14,2 17.4", 100), part("iPhone14,2 16.0", 100),
+    // Installers of apps that are not installed; the newest device support per device.
+    const QList<Part> installers{part("a.dmg", 1, "downloaded today · Slack is installed"), part("b.pkg", 1, "downloaded today")};
+    EXPECT_EQ(Picks::keptByDefault("installers", installers, now), QSet<QString>({"/p/b.pkg"}));
+    const QList<Part> devices{part("iPhone14,2 17.1", 300), part("iPhone14,2 17.4", 100), part("iPhone14,2 16.0", 100),
                             part("Watch6,1 10.0", std::nullopt), part("Watch6,1 10.2", std::nullopt),
                             part("iPad8,1 17.0", 5000), part("Loose", std::nullopt)};
     // Equal dates: the first met stays; no dates: the first met stays; a single part is kept.
-    EXPECT_EQ(Picks::keptByDefault("devicesupport", parts, now),
+    EXPECT_EQ(Picks::keptByDefault("devicesupport", devices, now),
               QSet<QString>({"/p/iPhone14,2 17.4", "/p/Watch6,1 10.0", "/p/iPad8,1 17.0", "/p/Loose"}));
 }
 
@@ -59,14 +52,6 @@ TEST(Picks, ChosenAppliesNeverOffOnThenTheDefault) {
     EXPECT_EQ(picks.on, QSet<QString>({"/p/a"}));
     EXPECT_EQ(picks.never, QSet<QString>({"/p/a"}));
     EXPECT_EQ(paths(picks.chosen("derived", parts, true, now)), QStringList({"/p/b", "/p/c"}));
-}
-
-TEST(Picks, KeptNotesNameTheirRules) {
-    EXPECT_EQ(Picks::keptNote("derived").value(), "Projects built in the last 7 days start unticked.");
-    EXPECT_EQ(Picks::keptNote("archives").value(), "Archives from the last 7 days start unticked.");
-    EXPECT_EQ(Picks::keptNote("devicesupport").value(), "The newest version for each device starts unticked.");
-    EXPECT_EQ(Picks::keptNote("installers").value(), "Installers for apps that aren't installed start unticked.");
-    EXPECT_FALSE(Picks::keptNote("caches"));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "support/printers.h"
 
 #include "core/space_node.h"
+#include "support/lists.h"
 
 namespace {
 
@@ -18,11 +19,7 @@ SpaceNode sample() {
                  node("/h/Docs", 30), node("/h/Lib", 10)});
 }
 
-QStringList kidNames(const SpaceNode& n) {
-    QStringList names;
-    for (const SpaceNode& k : n.kids) names.append(k.name);
-    return names;
-}
+QStringList kidNames(const SpaceNode& n) { return fieldOf(n.kids, &SpaceNode::name); }
 
 TEST(SpaceNode, FindFollowsComponentsNotTextPrefixes) {
     const SpaceNode root = sample();

@@ -39,33 +39,12 @@ TEST(Demo, ADeterministicMachineWithSomethingForEveryRow) {
     EXPECT_TRUE(QDir(Sandbox::home()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
 }
 
-TEST(Demo, AppsLoginItemsAndHistoryOfEveryKind) {
-    QSet<Confidence> confidences;
-    for (const InstalledApp& app : Demo::apps(now))
-        for (const Leftover& l : app.leftovers) confidences.insert(l.confidence);
-    for (const Orphan& o : Demo::orphans())
-        for (const Leftover& l : o.leftovers) confidences.insert(l.confidence);
-    EXPECT_EQ(confidences, QSet<Confidence>({Confidence::sure, Confidence::likely, Confidence::yours}));
-
-    QSet<LoginItem::Kind> kinds;
-    bool disabled = false, missing = false, admin = false;
-    for (const LoginItem& item : Demo::loginItems()) {
-        kinds.insert(item.kind);
-        disabled |= !item.enabled;
-        missing |= item.missing;
-        admin |= item.needsAdmin;
-    }
-    EXPECT_EQ(kinds.size(), 4);
-    EXPECT_TRUE(disabled && missing && admin);
-
-    QSet<HistoryEntry::State> states;
+TEST(Demo, HistoryIsNewestFirstAndTheSameEveryTime) {
     QDateTime previous = now.addDays(1);
     for (const HistoryEntry& e : Demo::history(now)) {
-        states.insert(e.state);
         EXPECT_LT(e.date, previous);  // newest first
         previous = e.date;
         EXPECT_FALSE(e.id.isNull());
     }
-    EXPECT_EQ(states.size(), 4);
     EXPECT_EQ(Demo::history(now), Demo::history(now));
 }

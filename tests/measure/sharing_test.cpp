@@ -2,7 +2,7 @@
 
 #include <sys/mount.h>
 
-#include <QDir>
+#include <QFile>
 #include <QProcess>
 
 #include "measure/shared_walk.h"

@@ -1,7 +1,6 @@
 // The command line on the model, run as a user runs it, on fixture homes and the demonstration.
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -12,6 +11,8 @@
 #include "core/paths.h"
 #include "core/prefs.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
+#include "support/lists.h"
 #include "support/mac_apps.h"
 #include "support/mac_home.h"
 #include "support/run_quarle.h"
@@ -27,11 +28,7 @@ QJsonObject jsonOf(const Ran& ran) {
     return v ? v->toObject() : QJsonObject();
 }
 
-QStringList idsOf(const QJsonArray& findings) {
-    QStringList out;
-    for (const QJsonValue& f : findings) out.append(f.toObject().value("id").toString());
-    return out;
-}
+QStringList idsOf(const QJsonArray& findings) { return fieldOf(findings, "id"); }
 
 class Clean : public ::testing::Test {
 protected:
@@ -47,8 +44,7 @@ protected:
 TEST_F(Clean, ADryRunShowsTheConfirmationAndTouchesNothing) {
     const Ran ran = runQuarle({"clean", "--dry-run"});
     EXPECT_EQ(ran.status, 0) << ran.err.constData();
-    EXPECT_TRUE(ran.out.contains(" items — ")) << ran.out.constData();
-    EXPECT_TRUE(ran.out.contains(" to move to the Trash\n"));
+    EXPECT_TRUE(ran.out.contains(" to move to the Trash\n")) << ran.out.constData();
     EXPECT_TRUE(ran.out.contains("App caches  ~/Library/Caches"));
     EXPECT_TRUE(ran.out.contains("Kept from Xcode build data: Projects built in the last 7 days start unticked.\n"));
     EXPECT_TRUE(ran.out.contains("  Quarle  (changed yesterday)")) << "the recent project, kept";
@@ -78,8 +74,6 @@ TEST_F(Clean, ItAsksUnlessToldYesAndPrintsTheToast) {
     EXPECT_EQ(ran.status, 0) << ran.err.constData();
     EXPECT_TRUE(ran.out.contains("\nFreed ")) << ran.out.constData();
     EXPECT_FALSE(there("Library/Caches/com.spotify.client/index"));
-    EXPECT_TRUE(there("Library/Caches/com.apple.Safari/WebKitCache")) << "macOS's own caches stay";
-    EXPECT_TRUE(runQuarle({"history"}).out.contains("App caches — "));
 }
 
 TEST_F(Clean, JsonHoldsTheConfirmationAndWhatWasKept) {
@@ -96,7 +90,6 @@ TEST_F(Clean, JsonHoldsTheConfirmationAndWhatWasKept) {
     for (const QJsonValue& f : confirm.value("findings").toArray()) sum += f.toObject().value("bytes").toInteger();
     EXPECT_EQ(confirm.value("bytes").toInteger(), sum);
     EXPECT_EQ(confirm.value("title").toString(), Fmt::count(rows.size(), "item"));
-    EXPECT_TRUE(confirm.value("paths").toArray().isEmpty());
     const QJsonArray kept = dry.value("kept").toArray();
     ASSERT_FALSE(kept.isEmpty());
     EXPECT_EQ(kept.first().toObject().value("id").toString(), "derived");
@@ -142,7 +135,7 @@ TEST_F(Clean, RowsNamedAreClearedAsTheirButtonsWould) {
     EXPECT_TRUE(there("Library/Application Support/MobileSync/Backup/00008110-001A2B3C4D5E6F70/Manifest.db"));
 }
 
-TEST_F(Clean, AnotherRootAndTheDemonstration) {
+TEST_F(Clean, AnotherRootIsClearedIntoItsOwnTrash) {
     const QString other = Sandbox::scratch("other");
     MacHome(other).logs();
     Ran ran = runQuarle({"clean", "--yes"}, {"QUARLE_ROOT=" + b(other)});
@@ -151,14 +144,6 @@ TEST_F(Clean, AnotherRootAndTheDemonstration) {
     EXPECT_FALSE(Files::exists(other + "/Library/Logs/install.log"));
     EXPECT_TRUE(Files::exists(other + "/.local/share/Trash/files/install.log")) << "the other home's own Trash";
     EXPECT_TRUE(there("Library/Logs/install.log"));
-
-    ran = runQuarle({"clean", "--yes"}, {"QUARLE_DEMO=1"});
-    EXPECT_EQ(ran.status, 0);
-    EXPECT_TRUE(ran.out.startsWith("14 items — 47.3 GB to move to the Trash\n")) << ran.out.constData();
-    EXPECT_TRUE(ran.out.endsWith("\nDemo Mac: nothing was removed.\n"));
-    const QJsonObject demo = jsonOf(runQuarle({"clean", "--json", "--dry-run", "derived"}, {"QUARLE_DEMO=1"}));
-    EXPECT_EQ(demo.value("confirm").toObject().value("title").toString(), "Xcode build data");
-    EXPECT_TRUE(there("Library/Caches/com.spotify.client/index"));
 }
 
 TEST(HistoryVerbs, EmptyAllAndKeepDaysAskThroughTheModel) {
@@ -183,9 +168,7 @@ TEST(HistoryVerbs, EmptyAllAndKeepDaysAskThroughTheModel) {
     EXPECT_EQ(runQuarle({"keep-days", "soon"}).status, 2);
     EXPECT_EQ(runQuarle({"keep-days", "30"}).out, "Quarle keeps its items in the Trash for 30 days.\n");
     EXPECT_EQ(runQuarle({"keep-days", "0"}).out, "Quarle keeps its items in the Trash until you empty it.\n");
-    EXPECT_EQ(runQuarle({"trash", "--title", "Old", b(home + "/Library/Caches")}).status, 1) << "protected";
     EXPECT_EQ(runQuarle({"keep-days", "7", "--yes"}).status, 0);
-    EXPECT_EQ(runQuarle({"expire"}).out, "Nothing of Quarle's has been in the Trash longer than 7 days.\n");
     EXPECT_EQ(runQuarle({"keep-days"}, {"QUARLE_DEMO=1"}).status, 0);
 }
 
@@ -206,8 +189,7 @@ protected:
 
     Ran run(const QList<QByteArray>& args, const QByteArray& input = {}, const QByteArray& running = {}) {
         // A `flatpak` that reports the running app, if any.
-        Files::writeText(bin + "/flatpak", "#!/bin/sh\n[ \"$1\" = ps ] && printf 'Application\\n" + running + "\\n'\nexit 0\n");
-        ::chmod(b(bin + "/flatpak").constData(), 0755);
+        LinuxFixtures::script(bin, "flatpak", "[ \"$1\" = ps ] && printf 'Application\\n" + running + "\\n'\nexit 0\n");
         return runQuarle(args, {"QUARLE_SYSTEM_ROOT=" + b(system), "PATH=" + b(bin) + ":/usr/bin:/bin"}, input);
     }
 
@@ -235,9 +217,7 @@ TEST_F(AppVerbs, UninstallShowsWhatGoesAsksAndMovesTheSureOnes) {
     ran = run({"uninstall", "com.example.Editor"}, "y\n");
     EXPECT_EQ(ran.status, 0) << ran.err.constData();
     EXPECT_TRUE(ran.out.contains("to the Trash. History can restore it for 7 days.\n")) << ran.out.constData();
-    EXPECT_FALSE(Files::exists(app));
-    EXPECT_FALSE(Files::exists(home + "/Library/Caches/com.example.Editor"));
-    EXPECT_TRUE(runQuarle({"history"}).out.contains(" Uninstall Editor — "));
+    EXPECT_FALSE(Files::exists(app)) << "its leftovers and History entry: Apps.Uninstalling in apps_test";
 }
 
 TEST_F(AppVerbs, OrphansAreRemovedOnlyWithTheirLeftoversTicked) {

@@ -80,11 +80,8 @@ TEST_F(LinuxUninstall, AUserFlatpakIsRemovedByFlatpakAndItsLeftoversGoToTheTrash
     EXPECT_EQ(model.confirm()->findings[0].removal,
               Removal::command({"flatpak", "uninstall", "--user", "-y", "org.example.Notes"}));
     EXPECT_FALSE(model.confirm()->paths.contains(notes.path)) << "flatpak's own files are never trashed";
-    std::optional<ActionReport> report;
-    QObject::connect(&model, &Model::reported, [&](const ActionReport& r) { report = r; });
-    model.perform(*model.confirm(), false);
-    ASSERT_TRUE(waitFor([&] { return report.has_value(); }));
-    EXPECT_TRUE(report->ok()) << report->toast.toStdString();
+    const ActionReport report = performed(model);
+    EXPECT_TRUE(report.ok()) << report.toast.toStdString();
     EXPECT_EQ(LinuxFixtures::contents(log), "uninstall --user -y org.example.Notes\n");
     EXPECT_FALSE(Files::exists(Home::at(".var/app/org.example.Notes")));
     QStringList states;
@@ -115,11 +112,8 @@ TEST_F(LinuxUninstall, ASystemFlatpakIsRefusedAndAnAppImageTakesItsMenuEntryAlon
     ASSERT_TRUE(model.confirm());
     EXPECT_TRUE(model.confirm()->findings.isEmpty());
     for (const QString& p : {appImage, entry, icon}) EXPECT_TRUE(model.confirm()->paths.contains(p)) << p.toStdString();
-    std::optional<ActionReport> report;
-    QObject::connect(&model, &Model::reported, [&](const ActionReport& r) { report = r; });
-    model.perform(*model.confirm(), false);
-    ASSERT_TRUE(waitFor([&] { return report.has_value(); }));
-    EXPECT_TRUE(report->ok()) << report->toast.toStdString();
+    const ActionReport report = performed(model);
+    EXPECT_TRUE(report.ok()) << report.toast.toStdString();
     for (const QString& p : {appImage, entry, icon}) EXPECT_FALSE(Files::exists(p)) << p.toStdString();
     ASSERT_FALSE(model.history().isEmpty());
     EXPECT_EQ(model.history().first().moved.size(), 3);

@@ -6,6 +6,7 @@
 #include "core/home.h"
 #include "core/paths.h"
 #include "model/wait.h"
+#include "support/lists.h"
 
 namespace ModelTest {
 
@@ -53,6 +54,19 @@ bool settle(Model& model) {
     return waitFor([&] { return !model.scanning() && model.jobs() == 0; });
 }
 
+ActionReport reportAfter(Model& model, const std::function<void()>& act) {
+    std::optional<ActionReport> report;
+    const auto connection = QObject::connect(&model, &Model::reported, [&](const ActionReport& r) { report = r; });
+    act();
+    EXPECT_TRUE(waitFor([&] { return report && model.jobs() == 0; }));
+    QObject::disconnect(connection);
+    return report.value_or(ActionReport{});
+}
+
+ActionReport performed(Model& model, bool freeNow) {
+    return reportAfter(model, [&] { model.perform(*model.confirm(), freeNow); });
+}
+
 Part part(const QString& path, qint64 bytes, const QDateTime& now, double ageDays, const QString& note) {
     return {Paths::lastComponent(path), path, bytes, note, now.addSecs(-qint64(ageDays * 86400))};
 }
@@ -79,16 +93,7 @@ Finding shown(const Model& model, const QString& id) {
     return {};
 }
 
-QStringList ids(const QList<Finding>& findings) {
-    QStringList out;
-    for (const Finding& f : findings) out.append(f.id);
-    return out;
-}
-
-QStringList paths(const QList<Part>& parts) {
-    QStringList out;
-    for (const Part& p : parts) out.append(p.path);
-    return out;
-}
+QStringList ids(const QList<Finding>& findings) { return fieldOf(findings, &Finding::id); }
+QStringList paths(const QList<Part>& parts) { return fieldOf(parts, &Part::path); }
 
 }  // namespace ModelTest

@@ -49,6 +49,10 @@ std::unique_ptr<Model> scanned(const ModelServices& services);
 bool waitFor(const std::function<bool()>& done);
 // Until no scan runs and no action is in flight.
 bool settle(Model& model);
+// Runs `act`, then waits for the report it leads to and for no action to be in flight.
+ActionReport reportAfter(Model& model, const std::function<void()>& act);
+// Performs the pending confirmation and waits for its report.
+ActionReport performed(Model& model, bool freeNow = false);
 
 // A part `ageDays` old by the machine's clock.
 Part part(const QString& path, qint64 bytes, const QDateTime& now, double ageDays = 30, const QString& note = {});

@@ -1,12 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <signal.h>
-#include <spawn.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <limits>
 
 #include "platform/running_programs.h"
@@ -14,18 +9,8 @@
 #include "platform/user_dirs.h"
 #include "platform/xdg.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
 #include "support/sandbox.h"
-
-extern char** environ;
-
-namespace {
-
-void executable(const QString& path, const QByteArray& script) {
-    Files::writeText(path, script);
-    ::chmod(Files::bytes(path).constData(), 0755);
-}
-
-}  // namespace
 
 TEST(UserDirs, LocalisedQuotedAndEscapedValues) {
     const QString home = "/home/anna";
@@ -68,14 +53,21 @@ TEST(UserDirs, LocalisedQuotedAndEscapedValues) {
     EXPECT_EQ(missing.size(), UserDirs::defaults().size());
 }
 
-TEST(Xdg, OnlyAbsoluteValuesCount) {
-    const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
+TEST(Xdg, OnlyAbsoluteValuesCountAndTheSystemRootIsAStandInForSlash) {
+    const LinuxFixtures::ScopedEnv restore("XDG_CONFIG_HOME", qgetenv("XDG_CONFIG_HOME"));
     EXPECT_EQ(Xdg::configHome(), Sandbox::home() + "/.config");
     qputenv("XDG_CONFIG_HOME", "/etc/elsewhere/");
     EXPECT_EQ(Xdg::configHome(), "/etc/elsewhere");
     qputenv("XDG_CONFIG_HOME", "~/conf");
     EXPECT_EQ(Xdg::configHome(), Sandbox::home() + "/.config");
-    qputenv("XDG_CONFIG_HOME", saved);
+
+    // The stand-in for "/", likewise.
+    const LinuxFixtures::ScopedEnv root("QUARLE_SYSTEM_ROOT", "");
+    EXPECT_EQ(SystemFigures::systemRoot(), "");
+    qputenv("QUARLE_SYSTEM_ROOT", "/");
+    EXPECT_EQ(SystemFigures::systemRoot(), "");
+    qputenv("QUARLE_SYSTEM_ROOT", "/srv/fixture/./sys/");
+    EXPECT_EQ(SystemFigures::systemRoot(), "/srv/fixture/sys");
 }
 
 TEST(SwapAreas, NamesWithEscapesAndTheirSizes) {
@@ -125,27 +117,6 @@ TEST(Journal, TheFigureJournalctlPrints) {
     EXPECT_EQ(SystemFigures::parseJournalUsage("Journals take up 512B on disk."), 512);
     EXPECT_EQ(SystemFigures::parseJournalUsage("No journal files were found."), std::nullopt);
     EXPECT_EQ(SystemFigures::parseJournalUsage("take up lots"), std::nullopt);
-
-    // journalctl is asked with the folder of a fixture system; a failing one gives nothing.
-    const QString bin = Sandbox::scratch("bin");
-    executable(bin + "/journalctl", "#!/bin/sh\n[ \"$1 $2\" = \"--disk-usage --directory=/sys/root/var/log/journal\" ] || exit 1\n"
-                                    "echo 'Archived and active journals take up 8.0K in the file system.'\n");
-    const QByteArray path = qgetenv("PATH");
-    qputenv("PATH", Files::bytes(bin) + ":" + path);
-    EXPECT_EQ(SystemFigures::journalUsage("/sys/root/var/log/journal"), 8 * 1024);
-    EXPECT_EQ(SystemFigures::journalUsage(), std::nullopt);
-    qputenv("PATH", path);
-}
-
-TEST(SystemRoot, AnAbsoluteStandInForSlash) {
-    const QByteArray saved = qgetenv("QUARLE_SYSTEM_ROOT");
-    qputenv("QUARLE_SYSTEM_ROOT", "");
-    EXPECT_EQ(SystemFigures::systemRoot(), "");
-    qputenv("QUARLE_SYSTEM_ROOT", "/");
-    EXPECT_EQ(SystemFigures::systemRoot(), "");
-    qputenv("QUARLE_SYSTEM_ROOT", "/srv/fixture/./sys/");
-    EXPECT_EQ(SystemFigures::systemRoot(), "/srv/fixture/sys");
-    qputenv("QUARLE_SYSTEM_ROOT", saved);
 }
 
 TEST(RunningPrograms, NamesAndPathsOfTheUsersProcesses) {
@@ -178,27 +149,4 @@ TEST(RunningPrograms, NamesAndPathsOfTheUsersProcesses) {
     std::sort(listed.begin(), listed.end(), [](const P& a, const P& b) { return a.name < b.name; });
     EXPECT_EQ(listed, (QList<P>{{"", "kworker/0:1"}, {"/opt/Slack/slack", "slack"}}));
     EXPECT_TRUE(RunningPrograms::list(proc + "/missing").isEmpty());
-}
-
-TEST(RunningPrograms, ARealProcessIsSeenByItsExecutable) {
-    // A copy of sleep installed the way an Electron app is: /…/Slack/slack.
-    const QString app = Sandbox::scratch("opt") + "/Slack";
-    Files::makeDirs(app);
-    ASSERT_TRUE(QFile::copy("/bin/sleep", app + "/slack"));
-    ::chmod(Files::bytes(app + "/slack").constData(), 0755);
-    EXPECT_FALSE(RunningPrograms::runs("Slack", RunningPrograms::list()));
-    QByteArray exe = Files::bytes(app + "/slack");
-    char seconds[] = "30";
-    char* argv[] = {exe.data(), seconds, nullptr};
-    pid_t pid = 0;
-    ASSERT_EQ(::posix_spawn(&pid, exe.constData(), nullptr, nullptr, argv, environ), 0);
-    bool seen = false;
-    for (int i = 0; i < 100 && !seen; ++i) {  // until the child has exec'd
-        seen = RunningPrograms::runs("Slack", RunningPrograms::list());
-        if (!seen) ::usleep(20000);
-    }
-    EXPECT_TRUE(seen);
-    ::kill(pid, SIGKILL);
-    ::waitpid(pid, nullptr, 0);
-    EXPECT_FALSE(RunningPrograms::runs("Slack", RunningPrograms::list()));
 }

@@ -1,18 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-
 #include <QElapsedTimer>
 
 #include "platform/shell.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
 #include "support/sandbox.h"
 
 namespace {
 
 QStringList sh(const QString& script) { return {"/bin/sh", "-c", script}; }
 
-TEST(Shell, OutputOnlyOnSuccess) {
+TEST(Shell, OutputOnlyOnSuccessAndProgramsFoundOnThePath) {
     EXPECT_EQ(Shell::run(sh("printf 'snap\\nshot'"), 5).value(), "snap\nshot");
     EXPECT_EQ(Shell::run(sh("echo partial; exit 3"), 5), std::nullopt);
     EXPECT_EQ(Shell::run({"/no/such/program"}, 5), std::nullopt);
@@ -26,16 +25,11 @@ TEST(Shell, OutputOnlyOnSuccess) {
     EXPECT_EQ(o.err, "err\n");
     EXPECT_FALSE(Shell::exec({"/no/such/program"}, 5).launched);
     EXPECT_EQ(Shell::run(sh("read x; echo \"got [$x]\""), 5).value(), "got []\n");  // stdin is empty
-}
 
-TEST(Shell, ProgramsAreFoundOnThePath) {
     const QString bin = Sandbox::scratch("bin");
-    Files::writeText(bin + "/fake-tool", "#!/bin/sh\necho \"fake $*\"\n");
-    ::chmod(Files::bytes(bin + "/fake-tool").constData(), 0755);
-    const QByteArray oldPath = qgetenv("PATH");
-    qputenv("PATH", Files::bytes(bin) + ":" + oldPath);
+    LinuxFixtures::script(bin, "fake-tool", "echo \"fake $*\"\n");
+    const LinuxFixtures::ScopedEnv path("PATH", Files::bytes(bin) + ":" + qgetenv("PATH"));
     EXPECT_EQ(Shell::run({"fake-tool", "a b"}, 5).value(), "fake a b\n");
-    qputenv("PATH", oldPath);
 }
 
 TEST(Shell, AChildThatNeverEndsIsCutAtItsDeadline) {
@@ -58,9 +52,8 @@ TEST(Shell, AChattyChildIsDrainedOnBothPipes) {
     const Shell::Outcome o =
         Shell::exec(sh("head -c 8000000 /dev/zero | tr '\\0' a; head -c 8000000 /dev/zero | tr '\\0' b >&2"), 60);
     EXPECT_TRUE(o.succeeded());
-    EXPECT_EQ(o.out.size(), 8'000'000);
-    EXPECT_EQ(o.err.size(), 8'000'000);
     EXPECT_EQ(o.out.count('a'), 8'000'000);
+    EXPECT_EQ(o.err.size(), 8'000'000);
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 
 #include "core/home.h"
 #include "scan/early_rows.h"
-#include "support/sandbox.h"
+#include "support/lists.h"
 
 namespace {
 
@@ -32,11 +32,7 @@ struct FakeClock {
     void advance(int ms) { now += std::chrono::milliseconds(ms); }
 };
 
-const EarlyRow* rowOf(const QList<EarlyRow>& rows, const QString& id) {
-    for (const EarlyRow& r : rows)
-        if (r.id == id) return &r;
-    return nullptr;
-}
+const EarlyRow* rowOf(const QList<EarlyRow>& rows, const QString& id) { return findBy(rows, &EarlyRow::id, id); }
 
 }  // namespace
 
@@ -68,9 +64,7 @@ TEST(EarlyRows, MatchesRootsAtOrInsideRuleFoldersAndSkipsWhatCachesLeavesOut) {
     EXPECT_FALSE(rowOf(last, "derived"));
     EXPECT_FALSE(rowOf(last, "backups"));
     EXPECT_EQ(QList<qint64>({rec.reports[0].first, rec.reports[1].first, rec.reports[2].first}), QList<qint64>({1, 2, 3}));
-    QStringList ids;
-    for (const EarlyRow& r : last) ids.append(r.id);
-    EXPECT_EQ(ids, QStringList({"caches", "homebrew"}));  // rule order, not size order
+    EXPECT_EQ(fieldOf(last, &EarlyRow::id), QStringList({"caches", "homebrew"}));  // rule order, not size order
 }
 
 TEST(EarlyRows, AtMostFourReportsASecondExceptWhenARuleCompletes) {
@@ -135,19 +129,3 @@ TEST(EarlyRows, ManyThreadsGetOneRisingSequenceAndTheFinalSums) {
     EXPECT_EQ(*rowOf(newest->second, "gradle"), (EarlyRow{"gradle", "Gradle caches", Bucket::now, perRule * 1000, true}));
 }
 
-TEST(EarlyRows, ASecondWalksRootsFollowTheFirstOnes) {
-    Recorder rec;
-    FakeClock t;
-    EarlyRows rows(rec.callback(), t.clock());
-    rows.start({Home::at(".npm/_cacache/x")});  // 0: npm
-    const int first = rows.more({Home::at("elsewhere/a"), Home::at(".gradle/caches/m")});  // 1, 2
-    EXPECT_EQ(first, 1);
-    EXPECT_EQ(rows.more({}), 3);
-    rows.done(first + 1, 700);  // gradle's only root: at once
-    rows.done(0, 40);
-    ASSERT_EQ(rec.reports.size(), 2);
-    EXPECT_EQ(*rowOf(rec.reports[1].second, "gradle"), (EarlyRow{"gradle", "Gradle caches", Bucket::now, 700, true}));
-    EXPECT_EQ(*rowOf(rec.reports[1].second, "npm"), (EarlyRow{"npm", "npm cache", Bucket::now, 40, true}));
-    rows.start({Home::at(".gradle/caches/n")});  // a new walk starts counting again
-    EXPECT_EQ(rows.more({Home::at("x")}), 1);
-}

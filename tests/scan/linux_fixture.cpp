@@ -1,36 +1,19 @@
 #include "scan/linux_fixture.h"
 
-#include <sys/stat.h>
-
 void LinuxScanTest::SetUp() {
     Sandbox::clearHome();
     system = Sandbox::scratch("system");
     bin = Sandbox::scratch("bin");
-    savedPath = qgetenv("PATH");
-    savedSystemRoot = qgetenv("QUARLE_SYSTEM_ROOT");
-    qputenv("QUARLE_SYSTEM_ROOT", Files::bytes(system));
-    qputenv("PATH", Files::bytes(bin) + ":" + savedPath);
+    rootEnv = std::make_unique<LinuxFixtures::ScopedEnv>("QUARLE_SYSTEM_ROOT", Files::bytes(system));
+    pathEnv = std::make_unique<LinuxFixtures::ScopedEnv>("PATH", Files::bytes(bin) + ":" + qgetenv("PATH"));
     flatpakRunning("");
 }
 
-void LinuxScanTest::TearDown() {
-    qputenv("PATH", savedPath);
-    qputenv("QUARLE_SYSTEM_ROOT", savedSystemRoot);
-}
-
 void LinuxScanTest::flatpakRunning(const QByteArray& running) {
-    Files::writeText(bin + "/flatpak", "#!/bin/sh\n[ \"$1\" = ps ] || exit 1\nprintf 'Application\\n" + running + "'\n");
-    ::chmod(Files::bytes(bin + "/flatpak").constData(), 0755);
+    LinuxFixtures::script(bin, "flatpak", "[ \"$1\" = ps ] || exit 1\nprintf 'Application\\n" + running + "'\n");
 }
 
 Scanned LinuxScanTest::scan() { return scanSandbox({"Disk", 2 * diskUsed, diskUsed, diskUsed}); }
-
-QStringList allParts(const ScanResult& r) {
-    QStringList all;
-    for (const Finding& f : r.findings)
-        for (const Part& p : f.parts) all.append(p.path);
-    return all;
-}
 
 qint64 systemRow(const ScanResult& r, const QString& name) {
     for (const SystemPart& p : r.system)

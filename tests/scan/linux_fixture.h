@@ -8,16 +8,16 @@
 #include "scan/scan_fixture.h"
 #include "scan/scanner.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
 #include "support/linux_home.h"
 #include "support/sandbox.h"
 
 struct LinuxScanTest : ::testing::Test {
     QString system;  // stands in for "/"
     QString bin;  // first on PATH: a flatpak that runs nothing, unless a test writes another
-    QByteArray savedPath, savedSystemRoot;
+    std::unique_ptr<LinuxFixtures::ScopedEnv> rootEnv, pathEnv;  // both put back after the test
 
     void SetUp() override;
-    void TearDown() override;
     // A flatpak on PATH whose `ps` lists `running`.
     void flatpakRunning(const QByteArray& running);
 
@@ -25,7 +25,5 @@ struct LinuxScanTest : ::testing::Test {
     static Scanned scan();
 };
 
-// Every part path of every finding.
-QStringList allParts(const ScanResult& r);
 qint64 systemRow(const ScanResult& r, const QString& name);
 qint64 slice(const ScanResult& r, const QString& name);

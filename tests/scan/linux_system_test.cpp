@@ -11,6 +11,7 @@
 #include "scan/linux_fixture.h"
 #include "scan/system_data.h"
 #include "support/as_user.h"
+#include "support/lists.h"
 #include "support/run_quarle.h"
 
 namespace {
@@ -45,10 +46,8 @@ struct FixtureSystem {
                          "/swap\\040file                              file\t\t96\t\t0\t\t-2\n"
                          "/dev/vda3                               partition\t4194300\t\t100\t\t-3\n"
                          "/gone                                   file\t\t4096\t\t0\t\t-4\n");
-        Files::writeText(bin + "/journalctl",
-                         "#!/bin/sh\n[ \"$2\" = \"--directory=" + Files::bytes(root) + "/var/log/journal\" ] || exit 1\n"
-                         "echo 'Archived and active journals take up 64.0K in the file system.'\n");
-        ::chmod(Files::bytes(bin + "/journalctl").constData(), 0755);
+        LinuxFixtures::script(bin, "journalctl", "[ \"$2\" = \"--directory=" + Files::bytes(root) + "/var/log/journal\" ] || exit 1\n"
+                                                 "echo 'Archived and active journals take up 64.0K in the file system.'\n");
     }
     void put(const QString& path, qint64 size) {
         Files::makeDirs(root + path.section('/', 0, -2));
@@ -73,11 +72,7 @@ LinuxSystem sample(bool measured) {
     return s;
 }
 
-const SystemPart* rowOf(const QList<SystemPart>& rows, const QString& name) {
-    for (const SystemPart& p : rows)
-        if (p.name == name) return &p;
-    return nullptr;
-}
+const SystemPart* rowOf(const QList<SystemPart>& rows, const QString& name) { return findBy(rows, &SystemPart::name, name); }
 
 }  // namespace
 
@@ -171,11 +166,8 @@ TEST_F(LinuxScanTest, TheReportOfALinuxHomeWithAFixtureSystem) {
     const Ran ran = runQuarle({"report"}, {home, path, "XDG_CACHE_HOME=/nonexistent/cache"});
     ASSERT_EQ(ran.status, 0) << ran.err.toStdString();
     const QString out = QString::fromUtf8(ran.out);
-    for (const char* piece : {"  App and tool caches ", "~/.cache · 4 folders", "Caches of Electron apps", "~/.config · 3 apps",
-                              "Flatpak app caches", "Rust toolchains", "Podman containers and images", "\nSystem Data: ",
-                              "  Linux itself ", "  System logs ", "the journal takes", "  Package caches ",
-                              "sudo apt clean", "  Snaps ", "  Swap files ", "  Temporary files ", "  Apps' own data ",
-                              " Photos ", " Music & Movies "})
+    for (const char* piece : {"~/.cache · 4 folders", "~/.config · 3 apps", "\nSystem Data: ", "  Linux itself ",
+                              "the journal takes", "sudo apt clean", "  Swap files ", "  Temporary files ", " Photos "})
         EXPECT_TRUE(out.contains(piece)) << piece << "\n" << out.toStdString();
     EXPECT_FALSE(out.contains("macOS itself"));
 
@@ -184,8 +176,7 @@ TEST_F(LinuxScanTest, TheReportOfALinuxHomeWithAFixtureSystem) {
     ASSERT_EQ(alone.status, 0) << alone.err.toStdString();
     const auto json = parseJson(alone.out);
     ASSERT_TRUE(json);
-    QStringList names;
-    for (const QJsonValue& p : json->toObject().value("system").toArray()) names.append(p.toObject().value("name").toString());
+    const QStringList names = fieldOf(json->toObject().value("system").toArray(), "name");
     EXPECT_FALSE(names.contains("Linux itself"));
     EXPECT_FALSE(names.contains("Temporary files"));
     EXPECT_TRUE(names.contains("App caches"));

@@ -5,23 +5,15 @@
 
 #include "core/json.h"
 #include "support/files.h"
+#include "support/lists.h"
 #include "support/mac_home.h"
 #include "support/run_quarle.h"
 #include "support/sandbox.h"
 
 namespace {
 
-QStringList ids(const QJsonValue& result) {
-    QStringList out;
-    for (const QJsonValue& f : result.toObject().value("findings").toArray()) out.append(f.toObject().value("id").toString());
-    return out;
-}
-
-QStringList systemNames(const QJsonValue& result) {
-    QStringList out;
-    for (const QJsonValue& f : result.toObject().value("system").toArray()) out.append(f.toObject().value("name").toString());
-    return out;
-}
+QStringList ids(const QJsonValue& result) { return fieldOf(result.toObject().value("findings").toArray(), "id"); }
+QStringList systemNames(const QJsonValue& result) { return fieldOf(result.toObject().value("system").toArray(), "name"); }
 
 }  // namespace
 

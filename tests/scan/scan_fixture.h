@@ -3,6 +3,7 @@
 // and lookups in the result.
 
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <utility>
@@ -21,5 +22,10 @@ struct Scanned {
 Scanned scanSandbox(const Volume& volume);
 
 const Finding* findingOf(const ScanResult& r, const QString& id);
+// Every part path of every finding.
+QStringList allParts(const ScanResult& r);
+// Each row's bytes by id, after checking that its parts add up to them (every byte of a row can be
+// cleared through its parts) and that no part lies inside another (no byte is offered twice).
+QMap<QString, qint64> checkedRows(const ScanResult& r);
 // The names of a finding's parts, sorted; empty for none.
 QStringList partNames(const Finding* f);

@@ -2,12 +2,12 @@
 
 #include <cstdlib>
 
-#include "core/home.h"
 #include "platform/system_figures.h"
 #include "scan/access.h"
 #include "scan/scanner.h"
 #include "support/as_user.h"
 #include "support/files.h"
+#include "support/linux_apps.h"
 #include "support/sandbox.h"
 
 TEST(SystemFigures, VolumeAndTemporaryFolder) {
@@ -23,14 +23,13 @@ TEST(SystemFigures, VolumeAndTemporaryFolder) {
 
     // The sandbox's TMPDIR lies on the home's file system.
     EXPECT_EQ(Scanner::userTempFolder(), Sandbox::root() + "/tmp");
-    const QByteArray saved = qgetenv("TMPDIR");
+    const LinuxFixtures::ScopedEnv restore("TMPDIR", qgetenv("TMPDIR"));
     ::setenv("TMPDIR", (Files::bytes(Sandbox::root()) + "/tmp///").constData(), 1);
     EXPECT_EQ(Scanner::userTempFolder(), Sandbox::root() + "/tmp");  // trailing slashes dropped
     ::setenv("TMPDIR", "/proc", 1);  // another file system
     EXPECT_FALSE(Scanner::userTempFolder());
     ::setenv("TMPDIR", "/no/such/folder", 1);
     EXPECT_FALSE(Scanner::userTempFolder());
-    ::setenv("TMPDIR", saved.constData(), 1);
 }
 
 TEST(Access, TheTrashDecides) {

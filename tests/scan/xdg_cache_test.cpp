@@ -7,25 +7,16 @@
 
 #include "core/json.h"
 #include "core/paths.h"
-#include "scan/catalogue.h"
 #include "scan/extras.h"
 #include "scan/linux_fixture.h"
+#include "support/linux_apps.h"
 #include "support/run_quarle.h"
 
-namespace {
-
-// XDG_CACHE_HOME for one test, put back afterwards.
-struct CacheHome {
-    QByteArray saved = qgetenv("XDG_CACHE_HOME");
-    explicit CacheHome(const QString& value) { qputenv("XDG_CACHE_HOME", Files::bytes(value)); }
-    ~CacheHome() { qputenv("XDG_CACHE_HOME", saved); }
-};
-
-}  // namespace
+using LinuxFixtures::ScopedEnv;
 
 TEST_F(LinuxScanTest, ACacheFolderInsideTheHomeTakesTheRulesWithIt) {
     const QString cache = Sandbox::home() + "/xdg/cache";
-    CacheHome moved(cache);
+    const ScopedEnv moved("XDG_CACHE_HOME", Files::bytes(cache));
     LinuxHome linux(Sandbox::home(), QDateTime::currentDateTimeUtc(), cache);
     linux.xdgCaches();
     linux.file(".cache/leftover/blob", 64 * 1024);  // no longer the cache folder
@@ -39,7 +30,7 @@ TEST_F(LinuxScanTest, ACacheFolderInsideTheHomeTakesTheRulesWithIt) {
 
 TEST_F(LinuxScanTest, ACacheFolderOutsideTheHomeIsWalkedAsATreeOfItsOwn) {
     const QString cache = Sandbox::scratch("elsewhere") + "/cache";
-    CacheHome moved(cache);
+    const ScopedEnv moved("XDG_CACHE_HOME", Files::bytes(cache));
     LinuxHome linux(Sandbox::home(), QDateTime::currentDateTimeUtc(), cache);
     linux.xdgCaches();
     linux.developerCaches();
@@ -75,7 +66,7 @@ TEST_F(LinuxScanTest, ACacheFolderOutsideTheHomeIsWalkedAsATreeOfItsOwn) {
 }
 
 TEST_F(LinuxScanTest, ARelativeCacheHomeIsIgnored) {
-    CacheHome relative("xdg/cache");
+    const ScopedEnv relative("XDG_CACHE_HOME", "xdg/cache");
     LinuxHome linux(Sandbox::home());
     linux.xdgCaches();
     const Scanned s = scan();

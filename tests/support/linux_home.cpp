@@ -118,7 +118,11 @@ void LinuxHome::flatpakData() {
     files_.file(".local/share/flatpak/app/org.example.Tool/current/files/bin/tool", 56 * KB, 30);
 }
 
-void LinuxHome::userFolders() {
+void LinuxHome::everything() {
+    xdgCaches();
+    developerCaches();
+    electronApps();
+    flatpakData();
     text(".config/user-dirs.dirs",
                      "# written by xdg-user-dirs-update\n"
                      "XDG_DESKTOP_DIR=\"$HOME/\"\n"
@@ -134,12 +138,4 @@ void LinuxHome::userFolders() {
     files_.file("Downloads/debian-12.iso", 40 * KB, 90);
     files_.file("Pictures/english-name.jpg", 8 * KB, 1);  // not the user's Pictures folder here
     files_.file("Desktop/note.txt", 4 * KB, 1);  // the desktop is the home itself
-}
-
-void LinuxHome::everything() {
-    xdgCaches();
-    developerCaches();
-    electronApps();
-    flatpakData();
-    userFolders();
 }

@@ -37,9 +37,8 @@ public:
     void electronApps();
     // ~/.var/app: three Flatpak apps with caches, data and settings; a user Flatpak install.
     void flatpakData();
-    // user-dirs.dirs with German names and a Desktop that is the home itself, and files in them.
-    void userFolders();
-    // All of the above.
+    // All of the above, and user-dirs.dirs with German names and a Desktop that is the home itself,
+    // and files in them.
     void everything();
 
 private:

@@ -32,7 +32,14 @@ qint64 MacHome::bytesUnder(const QString& relative) const {
     return sum;
 }
 
-void MacHome::appCaches() {
+void MacHome::logs() {
+    file("Library/Logs/DiagnosticReports/App-2024-05-01.ips", 12 * KB, 4);
+    file("Library/Logs/fsck_hfs.log", 8 * KB, 100);
+    file("Library/Logs/install.log", 4 * KB, 1);
+}
+
+void MacHome::everything() {
+    logs();
     file("Library/Caches/com.spotify.client/Data/blob", 1200 * KB, 2);  // over the tree's smallest file
     file("Library/Caches/com.spotify.client/index", 8 * KB, 2);
     file("Library/Caches/org.mozilla.firefox/cache2/entries/a", 24 * KB, 5);
@@ -50,15 +57,6 @@ void MacHome::appCaches() {
     file("Library/Caches/go-build/00/abc-d", 20 * KB);
     file("Library/Caches/JetBrains/IntelliJIdea2023.3/caches/index", 52 * KB);
     file("Library/Caches/JetBrains/WebStorm2022.1/caches/index", 16 * KB, 500);
-}
-
-void MacHome::logs() {
-    file("Library/Logs/DiagnosticReports/App-2024-05-01.ips", 12 * KB, 4);
-    file("Library/Logs/fsck_hfs.log", 8 * KB, 100);
-    file("Library/Logs/install.log", 4 * KB, 1);
-}
-
-void MacHome::xcode() {
     file("Library/Developer/Xcode/DerivedData/Quarle-bqzmhxjtcvwdkfnlgyepsaruoiyk/Build/Products/app", 96 * KB, 1);
     age("Library/Developer/Xcode/DerivedData/Quarle-bqzmhxjtcvwdkfnlgyepsaruoiyk", 1);
     file("Library/Developer/Xcode/DerivedData/OldShop-ahtwkvzpqlbcmxeyfjgudsnrioeb/Build/Products/app", 128 * KB, 40);
@@ -69,9 +67,6 @@ void MacHome::xcode() {
     file("Library/Developer/Xcode/watchOS DeviceSupport/Watch6,1 10.1 (21S71)/Symbols/dyld", 40 * KB, 60);
     file("Library/Developer/Xcode/Archives/2024-05-02/Quarle.xcarchive/Info.plist", 20 * KB, 3);
     file("Library/Developer/CoreSimulator/Caches/dyld/runtime", 60 * KB, 5);
-}
-
-void MacHome::packageCaches() {
     file(".npm/_cacache/content-v2/sha512/aa/bb", 36 * KB, 4);
     file(".npm/_npx/1234/node_modules/x/index.js", 8 * KB, 30);
     file(".cache/pip/wheels/ab/numpy.whl", 44 * KB, 14);
@@ -81,29 +76,17 @@ void MacHome::packageCaches() {
     file("Library/pnpm/store/v3/files/00/abc", 20 * KB, 20);
     file(".cache/huggingface/hub/models--gpt2/blobs/a", 68 * KB, 10);
     file(".cache/puppeteer/chrome/linux-121/chrome", 32 * KB, 50);
-}
-
-void MacHome::keptData() {
     file("Library/Application Support/MobileSync/Backup/00008110-001A2B3C4D5E6F70/Manifest.db", 40 * KB, 12);
     file(".ollama/models/blobs/sha256-abc", 88 * KB, 25);
     file("Library/Containers/com.docker.docker/Data/vms/0/data/Docker.raw", 100 * KB, 1);
-}
-
-void MacHome::downloads() {
     file("Downloads/Firefox 121.0.dmg", 60 * KB, 150);
     file("Downloads/Zoom.pkg", 20 * KB, 60);
     file("Downloads/ubuntu.iso.crdownload", 44 * KB, 9);
     file("Downloads/fresh.zip.part", 12 * KB, 0.1);
     file("Downloads/invoice.pdf", 8 * KB, 35);
-}
-
-void MacHome::applications() {
     file("Applications/Firefox.app/Contents/Info.plist", 4 * KB, 100);
     file("Applications/Install macOS Sonoma.app/Contents/SharedSupport/SharedSupport.dmg", 72 * KB, 210);
     age("Applications/Install macOS Sonoma.app", 210);
-}
-
-void MacHome::codeRoots() {
     file("Projects/old-shop/node_modules/react/index.js", 48 * KB, 200);
     file("Projects/old-shop/src/app.js", 4 * KB, 200);
     file("Projects/old-shop/package.json", 4 * KB, 200);
@@ -114,15 +97,4 @@ void MacHome::codeRoots() {
     file("Projects/fresh/package.json", 4 * KB, 1);
     file("Documents/GitHub/recipes/node_modules/lodash/lodash.js", 32 * KB, 300);
     file("Documents/GitHub/recipes/package.json", 4 * KB, 300);
-}
-
-void MacHome::everything() {
-    appCaches();
-    logs();
-    xcode();
-    packageCaches();
-    keptData();
-    downloads();
-    applications();
-    codeRoots();
 }

@@ -22,25 +22,16 @@ public:
     // Allocated bytes of the files written at or below `relative` ("" for all).
     qint64 bytesUnder(const QString& relative) const;
 
-    // Library/Caches: two apps' caches (one with a file over 1 MB), macOS's own caches, a
-    // com.applesauce folder, a loose small file, and every folder that has a row of its own.
-    void appCaches();
     // Library/Logs with a subfolder and loose small files.
     void logs();
-    // DerivedData with a recent and an old project, device support for two devices, archives,
-    // simulator caches.
-    void xcode();
-    // npm, pip, uv, Gradle, cargo, pnpm, Hugging Face and Puppeteer downloads.
-    void packageCaches();
-    // Device backups, Ollama models and the Docker disk.
-    void keptData();
-    // Downloads: installers (Firefox's app is installed), an old and a fresh partial download.
-    void downloads();
-    // Applications: Firefox.app and a macOS installer.
-    void applications();
-    // Projects/old-shop idle for 200 days, Projects/fresh touched yesterday, Documents/GitHub/recipes idle.
-    void codeRoots();
-    // All of the above.
+    // The logs and: Library/Caches with two apps' caches (one with a file over 1 MB), macOS's own
+    // caches, a com.applesauce folder, a loose small file and every folder that has a row of its
+    // own; DerivedData with a recent and an old project, device support for two devices, archives,
+    // simulator caches; npm, pip, uv, Gradle, cargo, pnpm, Hugging Face and Puppeteer downloads;
+    // device backups, Ollama models and the Docker disk; Downloads with installers (Firefox's app
+    // is installed) and an old and a fresh partial download; Applications with Firefox.app and a
+    // macOS installer; Projects/old-shop idle for 200 days, Projects/fresh touched yesterday and
+    // Documents/GitHub/recipes idle.
     void everything();
 
 private:

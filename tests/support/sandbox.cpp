@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include <QDir>
-#include <QFile>
 #include <atomic>
 #include <cstdio>
 
