@@ -186,6 +186,8 @@ public:
     QUARLE_OBSERVED(std::optional<QString>, orphanFocus, assignOrphanFocus)
     QUARLE_OBSERVED(QSet<QString>, leftoverTicks, assignLeftoverTicks)
     QUARLE_OBSERVED(QList<LoginItem>, loginItems, assignLoginItems)
+    QUARLE_OBSERVED(bool, loginItemsLoading, assignLoginItemsLoading)
+    QUARLE_OBSERVED(bool, loginItemsLoaded, assignLoginItemsLoaded)
     QUARLE_OBSERVED(QList<SpaceNode>, columns, assignColumns)
     QUARLE_OBSERVED(std::optional<SpaceNode>, spaceSelection, assignSpaceSelection)
     QUARLE_OBSERVED(QList<SpaceStep>, spaceBack, assignSpaceBack)

@@ -74,10 +74,15 @@ void Model::loadApps() {
 }
 
 void Model::loadLoginItems() {
-    if (demo_) return;
+    if (demo_ || loginItemsLoading_) return;
+    assignLoginItemsLoading(true);
     const ModelServices s = services_;
     inBackground<QList<LoginItem>>(Priority::utility, Job::loginItems, [s] { return s.loginItems(); },
-                                   [this](QList<LoginItem> items) { assignLoginItems(std::move(items)); });
+                                   [this](QList<LoginItem> items) {
+                                       assignLoginItems(std::move(items));
+                                       assignLoginItemsLoading(false);
+                                       assignLoginItemsLoaded(true);
+                                   });
 }
 
 QSet<QString> Model::defaultTicks(const std::optional<InstalledApp>& app) const {

@@ -19,6 +19,7 @@ void Model::startDemo() {
     assignOrphans(Demo::orphans());
     assignAppsLoaded(true);
     assignLoginItems(Demo::loginItems());
+    assignLoginItemsLoaded(true);
     loadHistory();
     if (!apps_.isEmpty()) focusApp(apps_.first());
     refreshVolume();

@@ -8,6 +8,7 @@
 #include "model/model.h"
 #include "ui/pages/clean_page.h"
 #include "ui/pages/history_page.h"
+#include "ui/pages/login_items_page.h"
 #include "ui/pages/home_page.h"
 #include "ui/pages/placeholder_page.h"
 #include "ui/pages/settings_page.h"
@@ -36,6 +37,7 @@ MainWindow::MainWindow(Model& model, QWidget* parent)
         else if (p == Page::history) stack_->addWidget(new HistoryPage(model_, stack_));
         else if (p == Page::settings) stack_->addWidget(new SettingsPage(model_, stack_));
         else if (p == Page::system) stack_->addWidget(new SystemPage(model_, stack_));
+        else if (p == Page::login) stack_->addWidget(new LoginItemsPage(model_, stack_));
         else stack_->addWidget(new PlaceholderPage(pageTitle(p), stack_));
     }
     toast_ = new ToastLine(model_, stack_);
