@@ -13,17 +13,26 @@ TrayIcon::TrayIcon(Model& model, QObject* parent) : QObject(parent), model_(mode
     icon_ = new QSystemTrayIcon(Ui::icon(), this);
     auto* menu = new QMenu;
     connect(this, &QObject::destroyed, menu, [menu] { delete menu; });  // a menu of the tray has no parent
+    free_ = menu->addAction(QString());
+    free_->setEnabled(false);
+    menu->addSeparator();
+    menu->addAction(tr("Scan"), this, [this] { model_.rescan(false); });
+    // The confirmation is shown in the window, as Clean's Move to Trash… shows it.
+    clear_ = menu->addAction(QString(), this, [this] {
+        if (model_.openWindow) model_.openWindow();
+        model_.askClean(false);
+    });
     menu->addAction(tr("Open Quarle"), this, [this] {
         if (model_.openWindow) model_.openWindow();
     });
-    menu->addAction(tr("Scan"), this, [this] { model_.rescan(false); });
     menu->addSeparator();
     menu->addAction(tr("Quit Quarle"), qApp, &QApplication::quit);
     icon_->setContextMenu(menu);
     connect(icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger && model_.openWindow) model_.openWindow();
     });
-    connect(&model_, &Model::volumeChanged, this, &TrayIcon::refresh);
+    for (auto changed : {&Model::volumeChanged, &Model::tickedChanged, &Model::picksChanged, &Model::scanChanged})
+        connect(&model_, changed, this, &TrayIcon::refresh);
     refresh();
 }
 
@@ -37,6 +46,11 @@ bool TrayIcon::shown() const { return icon_ && icon_->isVisible(); }
 
 void TrayIcon::refresh() {
     const Volume& v = model_.volume();
-    icon_->setToolTip(v.total > 0 ? tr("Quarle: %1 free of %2").arg(Fmt::bytes(v.free), Fmt::bytes(v.total))
-                                  : QStringLiteral("Quarle"));
+    const QString free = v.total > 0 ? tr("%1 free of %2").arg(Fmt::bytes(v.free), Fmt::bytes(v.total)) : QString();
+    icon_->setToolTip(free.isEmpty() ? QStringLiteral("Quarle") : QStringLiteral("Quarle: ") + free);
+    free_->setText(free.isEmpty() ? tr("Not measured yet") : free);
+    qint64 ticked = 0;
+    for (const Finding& f : model_.clearing(false)) ticked += f.bytes;
+    clear_->setText(ticked > 0 ? tr("Clear Now (%1)…").arg(Fmt::bytes(ticked)) : tr("Clear Now…"));
+    clear_->setEnabled(ticked > 0);
 }

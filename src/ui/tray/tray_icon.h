@@ -1,10 +1,12 @@
 #pragma once
 // Quarle's item in the desktop's tray, shown while the preference says so and the desktop has a
-// tray: the free space as its tooltip, and a menu to open the window, scan and quit.
+// tray: the free space, Scan, Clear Now with the bytes ticked in Clean (confirmed in the window),
+// Open Quarle and Quit.
 
 #include <QObject>
 
 class Model;
+class QAction;
 class QSystemTrayIcon;
 
 class TrayIcon : public QObject {
@@ -20,4 +22,6 @@ private:
 
     Model& model_;
     QSystemTrayIcon* icon_ = nullptr;  // only where the desktop has a tray
+    QAction* free_ = nullptr;
+    QAction* clear_ = nullptr;
 };
