@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -16,6 +15,7 @@
 #include "platform/updates.h"
 #include "ui/theme/theme.h"
 #include "ui/widgets/card.h"
+#include "ui/widgets/page_body.h"
 
 namespace {
 
@@ -88,20 +88,7 @@ void addLine(QVBoxLayout* box, QWidget* parent, const QString& text, const QStri
 SettingsPage::SettingsPage(Model& model, QWidget* parent)
     : QWidget(parent), model_(model), keepDays_(new QComboBox), appearance_(new QComboBox), tray_(new QCheckBox),
       hidden_(new QVBoxLayout), never_(new QVBoxLayout), fold_(new QTimer(this)) {
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    auto* scroll = new QScrollArea(this);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    outer->addWidget(scroll);
-    auto* body = new QWidget;
-    scroll->setWidget(body);
-    auto* layout = new QVBoxLayout(body);
-    layout->setContentsMargins(Theme::margin, Theme::margin, Theme::margin, Theme::margin);
-    layout->setSpacing(Theme::gap);
-    auto* heading = new QLabel(tr("Settings"), body);
-    heading->setFont(Theme::titleFont());
-    layout->addWidget(heading);
+    const auto [body, layout] = PageBody::scrolling(this, tr("Settings"), Theme::gap);
 
     for (int days : keepChoices)
         keepDays_->addItem(days > 0 ? Fmt::count(days, QStringLiteral("day")) : tr("Until I empty it"), days);

@@ -4,7 +4,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -12,26 +11,14 @@
 #include "model/model.h"
 #include "ui/theme/theme.h"
 #include "ui/widgets/card.h"
+#include "ui/widgets/page_body.h"
 #include "ui/widgets/labels.h"
 #include "ui/widgets/size_bar.h"
 
 SystemPage::SystemPage(Model& model, QWidget* parent)
     : QWidget(parent), model_(model), figure_(new QLabel), line_(Labels::muted(nullptr)), rows_(new QGridLayout),
       snapshots_(Labels::muted(nullptr)), fold_(new QTimer(this)) {
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    auto* scroll = new QScrollArea(this);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    outer->addWidget(scroll);
-    auto* body = new QWidget;
-    scroll->setWidget(body);
-    auto* layout = new QVBoxLayout(body);
-    layout->setContentsMargins(Theme::margin, Theme::margin, Theme::margin, Theme::margin);
-    layout->setSpacing(Theme::line);
-    auto* heading = new QLabel(tr("System"), body);
-    heading->setFont(Theme::titleFont());
-    layout->addWidget(heading);
+    const auto [body, layout] = PageBody::scrolling(this, tr("System"), Theme::line);
     line_->setParent(body);
     line_->setWordWrap(true);
     layout->addWidget(line_);
