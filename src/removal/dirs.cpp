@@ -3,7 +3,6 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-
 #include <sys/sysmacros.h>
 
 #include <QList>
