@@ -45,6 +45,7 @@ void Model::listInBackground(const QString& path, std::function<void(QList<Space
 }
 
 void Model::listLazily(const SpaceNode& node, int inColumn) {
+    if (demo_) return;  // the demonstration's folders are not on this disk: an empty one stays empty
     ++listings_;
     assignColumnLoading(true);
     const QString path = node.path;
@@ -186,7 +187,8 @@ void Model::spaceReveal(const QString& path) {
 void Model::askTrash(const SpaceNode& node) { askTrash(node.path, node.name, node.bytes); }
 
 void Model::askTrash(const QString& path, const QString& name, qint64 bytes) {
-    const Safety::Verdict verdict = Safety::check(path, Home::path());
+    // The demonstration's paths are invented: its confirmation ends in its own toast, never on disk.
+    const Safety::Verdict verdict = demo_ ? Safety::Verdict{} : Safety::check(path, Home::path());
     if (!verdict.ok()) {
         assignToast(verdict.refusal->description());
         return;

@@ -40,6 +40,18 @@ TEST(Demo, TheInventedMacIsShownAtOnceAndNothingIsEverRemoved) {
     EXPECT_EQ(model.toast(), std::optional<QString>("Demo Mac: nothing was removed."));
     EXPECT_FALSE(model.confirm());
 
+    // Storage: an invented folder is never listed from this disk, and its Move to Trash… asks, then
+    // ends in the same toast (the safety checks would call the invented path gone).
+    SpaceNode folder;
+    folder.name = "Empty";
+    folder.path = model.scan()->home.path + "/Empty";
+    folder.isDir = true;
+    model.open(folder, 0, true);
+    EXPECT_FALSE(model.columnLoading());
+    model.askTrash(folder);
+    ASSERT_TRUE(model.confirm());
+    EXPECT_EQ(performed(model).toast, "Demo Mac: nothing was removed.");
+
     model.restore(model.history().first());
     EXPECT_EQ(model.toast(), std::optional<QString>("Demo Mac: nothing to restore."));
     model.emptyNow(model.history().first(), false);
