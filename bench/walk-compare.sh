@@ -35,9 +35,10 @@ if [[ ! -d "$tree" ]]; then
     ln -s .. "$tree/sl_to_parent"
 fi
 
-echo "== Totals (regular files' allocated bytes, each inode once)"
-oracle=$(find "$tree" -xdev -type f -printf '%i %b\n' | sort -u | awk '{s+=$2*512} END{printf "%.0f", s}')
-floor=$("$bin/floor" -t 2 "$tree" | sed -n 's/.*reg_bytes=\([0-9]*\).*/\1/p')
+echo "== Totals (allocated bytes of regular files and folders, each inode once)"
+oracle=$(find "$tree" -xdev \( -type f -o -type d \) -printf '%i %b\n' | sort -u | awk '{s+=$2*512} END{printf "%.0f", s}')
+# floor's du_bytes counts symbolic links' blocks too: none for the tree's short links.
+floor=$("$bin/floor" -t 2 "$tree" | sed -n 's/.*du_bytes=\([0-9]*\).*/\1/p')
 ours=$("$quarle" du --json "$tree" | python3 -c 'import json,sys; print(json.load(sys.stdin)[0]["bytes"])')
 tree4=$("$quarle" du --json --tree 4 "$tree" | python3 -c 'import json,sys; print(json.load(sys.stdin)[0]["bytes"])')
 printf '  oracle %s\n  floor  %s\n  quarle %s\n  quarle --tree 4 %s\n' "$oracle" "$floor" "$ours" "$tree4"

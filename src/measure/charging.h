@@ -19,6 +19,11 @@ inline Folder folder(Dedupe& dedupe, int fd, const DirListing::Stat& self) {
     return {fd, self.device, dedupe.canShare(self.device, fd)};
 }
 
+// The open folder's own blocks, charged once per run.
+inline qint64 ownBlocks(Dedupe& dedupe, const DirListing::Stat& self) {
+    return dedupe.chargeFolder(self.device, self.fileID, self.ownBlocks);
+}
+
 // A file worth reading the extents of.
 qint64 sharedFile(Dedupe& dedupe, const Folder& folder, const char* name, const DirListing::Stat& st);
 

@@ -27,6 +27,12 @@ public:
         return firstSight(device, fileID) ? allocated : 0;
     }
 
+    // A folder's own blocks, once per run by device and inode: overlapping roots, or a second walk
+    // through this record, meet the same folder again.
+    qint64 chargeFolder(qint32 device, quint64 fileID, qint64 ownBlocks) {
+        return ownBlocks > 0 && firstSight(device, fileID) ? ownBlocks : 0;
+    }
+
     // True the first time this run meets the file (for files that may be met more than once).
     bool firstSight(qint32 device, quint64 fileID);
     bool mayMeetTwice(quint32 links) const {

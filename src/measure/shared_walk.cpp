@@ -168,7 +168,10 @@ void SharedWalk::readFolder(const Item& item, Tally& tally, std::vector<DirNode*
     }
     Dedupe& dedupe = *dedupe_;
     Charging::Folder folder{fd, 0, false};
-    if (known) folder = Charging::folder(dedupe, fd, self);
+    if (known) {
+        folder = Charging::folder(dedupe, fd, self);
+        tally.bytes = Checked::add(tally.bytes, Charging::ownBlocks(dedupe, self));
+    }
     const bool complete = DirListing::forEach(fd, [&](const DirListing::RawEntry& e) {
         if (e.type == DT_DIR) {
             subfolders.push_back(DirNodes::child(node, e.name, e.length));

@@ -63,7 +63,12 @@ Listed listExact(DirNode* node, const QString& folder, const ExactContext& cx) {
         return out;
     }
     Charging::Folder here{fd, 0, false};
-    if (DirListing::Stat self; DirListing::statOpen(fd, self)) here = Charging::folder(*cx.dedupe, fd, self);
+    if (DirListing::Stat self; DirListing::statOpen(fd, self)) {
+        here = Charging::folder(*cx.dedupe, fd, self);
+        const qint64 own = Charging::ownBlocks(*cx.dedupe, self);
+        out.folded = Checked::add(out.folded, own);
+        out.seen.bytes = Checked::add(out.seen.bytes, own);
+    }
     const bool complete = DirListing::forEach(fd, [&](const DirListing::RawEntry& e) {
         if (e.type != DT_DIR && e.type != DT_REG && e.type != DT_UNKNOWN) return;
         DirListing::Stat st;

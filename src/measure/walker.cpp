@@ -77,6 +77,12 @@ std::optional<qint32> device(const QString& path) {
     return deviceNumber(st.st_dev);
 }
 
+qint64 ownBlocks(const QString& folder) {
+    struct stat st;
+    if (::lstat(Paths::toBytes(folder).constData(), &st) != 0 || !S_ISDIR(st.st_mode)) return 0;
+    return qint64(st.st_blocks) * 512;
+}
+
 std::optional<std::pair<qint64, quint64>> cloneInfo(const QString& path) {
     const int fd = ::open(Paths::toBytes(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (fd < 0) return std::nullopt;

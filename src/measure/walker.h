@@ -1,7 +1,7 @@
 #pragma once
-// Measures how much disk space files and folders really occupy: allocated blocks, each hard-linked
-// file once, never following a symbolic link, never entering another volume. Every size in
-// Quarle comes from here.
+// Measures how much disk space files and folders really occupy: allocated blocks, a folder's own
+// and each hard-linked file's once, never following a symbolic link, never entering another volume.
+// Every size in Quarle comes from here.
 
 #include <QList>
 #include <QSet>
@@ -39,6 +39,8 @@ WalkResult size(const QString& path, bool parallel, const Cancelled& cancelled =
 
 // The device of the path itself (a link is not followed); nothing when it cannot be read.
 std::optional<qint32> device(const QString& path);
+// A folder's own blocks (its list of entries), which emptying it never frees; 0 for anything else.
+qint64 ownBlocks(const QString& folder);
 
 // Bytes no other file shares and a clone identifier (where its first shared block lies, 0 when it
 // shares none) of a file on a file system that can share blocks; nothing elsewhere or on failure.

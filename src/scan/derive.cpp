@@ -19,8 +19,10 @@ Part partOf(const SpaceNode& node, const QString& name, const QDateTime& now) {
     return {name, node.path, node.bytes, Rows::agoNote(QStringLiteral("changed"), node.modified, now), node.modified};
 }
 
-// A rule's row from the nodes of its folders; nothing when none of them is in the tree. A folder's
-// bytes leave out the entries the rule skips; parts of 0 bytes are not offered.
+// A rule's row from the nodes of its folders; nothing when none of them is in the tree. A row offers
+// either each folder whole or the entries inside it, and its total is what those offers free: a
+// folder that stays keeps its own blocks, and entries the rule skips are not counted. Parts of 0
+// bytes are not offered.
 std::optional<Finding> ruleFinding(const Catalogue::Rule& rule, const ScanData& data, const QDateTime& now) {
     Finding f{rule.id,  rule.title,     {},           0, rule.bucket, rule.explain, rule.comesBack,
               rule.removal, rule.developer, {}, {}, false};
@@ -29,20 +31,14 @@ std::optional<Finding> ruleFinding(const Catalogue::Rule& rule, const ScanData& 
         if (!node) continue;
         f.paths.append(node->path);
         f.partial = f.partial || node->note == Walker::partlyLocked;
-        qint64 bytes = node->bytes;
         if (!rule.listParts) {
-            if (bytes > 0) f.parts.append(partOf(*node, Fmt::path(node->path), now));
-        } else {
-            for (const SpaceNode& kid : node->kids) {
-                if (rule.skips(kid.name)) {
-                    bytes = Checked::sub(bytes, kid.bytes);
-                } else if (kid.bytes > 0) {
-                    f.parts.append(partOf(kid, Scanner::prettyPart(rule.id, kid.name), now));
-                }
-            }
+            if (node->bytes > 0) f.parts.append(partOf(*node, Fmt::path(node->path), now));
+            continue;
         }
-        f.bytes = Checked::add(f.bytes, std::max<qint64>(bytes, 0));
+        for (const SpaceNode& kid : node->kids)
+            if (!rule.skips(kid.name) && kid.bytes > 0) f.parts.append(partOf(kid, Scanner::prettyPart(rule.id, kid.name), now));
     }
+    for (const Part& part : f.parts) f.bytes = Checked::add(f.bytes, part.bytes);
     if (f.paths.isEmpty()) return std::nullopt;
     Rows::sortParts(f.parts);
     f.place = Fmt::path(f.paths.first());

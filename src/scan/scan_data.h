@@ -30,6 +30,7 @@ struct ScanData {
     qint64 swap = 0;
     std::optional<qint64> dataVolumeUsed;
     std::optional<qint64> vmVolumeUsed;
+    qint64 trashFolderBlocks = 0;  // the Trash's files/ folder itself, which emptying leaves
     qint64 quarleTrash = 0;  // Quarle's own items still in the Trash
     std::optional<bool> fullDiskAccess;
     qint64 files = 0;

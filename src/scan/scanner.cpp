@@ -174,6 +174,7 @@ ScanData scan(WalkProgress& progress, const Cancelled& cancelled, const EarlyRep
     // A Trash kept outside the home (XDG_DATA_HOME elsewhere) is measured as a folder outside it.
     if (const QString files = trashFiles(); !Paths::isWithin(files, home) && isFolder(files) && !stopped())
         data.outside.insert(files, Walker::size(files, true, cancelled).bytes);
+    data.trashFolderBlocks = Walker::ownBlocks(trashFiles());
     if (!stopped()) expandRuleFolders(data, progress, cancelled);
 
     const QDateTime now = QDateTime::currentDateTimeUtc();

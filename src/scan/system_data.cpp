@@ -139,8 +139,9 @@ namespace SystemData {
 
 qint64 trashMeasured(const ScanData& data) {
     const QString files = Scanner::trashFiles();
-    if (const SpaceNode* node = data.home.find(files)) return node->bytes;
-    return data.outside.value(files, 0);
+    const SpaceNode* node = data.home.find(files);
+    const qint64 measured = node ? node->bytes : data.outside.value(files, 0);
+    return std::max<qint64>(Checked::sub(measured, data.trashFolderBlocks), 0);
 }
 
 QStringList developerFolders() {

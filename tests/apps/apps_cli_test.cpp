@@ -42,9 +42,9 @@ TEST(AppsVerbs, AppsListsEachAppWithItsLeftoversAsTextAndAsJson) {
     EXPECT_EQ(text.status, 0) << text.err.constData();
     const QString out = QString::fromUtf8(text.out);
     // Sizes add up in the heading; leftovers come with their confidence and reason.
-    EXPECT_TRUE(out.startsWith("Editor — 868 KB (app 807 KB + 61 KB left behind)\n")) << out.toStdString();
-    EXPECT_TRUE(out.contains("  Likely       53 KB  ~/Library/Application Support/Editor Backups — Name contains \"Editor\"\n"));
-    EXPECT_TRUE(out.endsWith("\n2 apps, 913 KB in all.\n"));
+    EXPECT_TRUE(out.startsWith("Editor — 885 KB (app 819 KB + 66 KB left behind)\n")) << out.toStdString();
+    EXPECT_TRUE(out.contains("  Likely       57 KB  ~/Library/Application Support/Editor Backups — Name contains \"Editor\"\n"));
+    EXPECT_TRUE(out.endsWith("\n2 apps, 942 KB in all.\n"));
 
     const Ran json = runQuarle({"apps", "--json"}, {f.systemRoot()});
     EXPECT_EQ(json.status, 0);
@@ -60,11 +60,11 @@ TEST(AppsVerbs, OrphansAndLoginItemsWorkOnAnotherMacShapedHome) {
 
     const QList<std::pair<QByteArray, QString>> expected{
         {"orphans",
-         "net.example.gone — 78 KB\n"
-         "  Likely       74 KB  ~/Library/Containers/net.example.gone — Bundle ID of an app that isn't installed\n"
+         "net.example.gone — 82 KB\n"
+         "  Likely       78 KB  ~/Library/Containers/net.example.gone — Bundle ID of an app that isn't installed\n"
          "  Likely        4 KB  ~/Library/Preferences/net.example.gone.plist — Bundle ID of an app that isn't installed\n"
          "\n"
-         "Leftovers of 1 app that are gone, 78 KB in all.\n"},
+         "Leftovers of 1 app that are gone, 82 KB in all.\n"},
         {"login-items",
          "Editor (com.example.helper)\n"
          "  This user · agent · enabled · developer com.example · Not signed\n"

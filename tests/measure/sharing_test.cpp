@@ -56,20 +56,21 @@ TEST_P(Sharing, ReflinkedCopiesAreChargedOnce) {
     ASSERT_TRUE(run("cp", {"--reflink=always", one + "/a", two + "/copy"}));
     Files::hardlink(one + "/full", two + "/link");
     ASSERT_TRUE(run("sync", {}));
+    const qint64 folders = Files::allocated(fs.at) + Files::allocated(one) + Files::allocated(two);
 
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(Walker::size(fs.at, true).bytes, 44 * MiB) << "parallel walk " << i;
-        EXPECT_EQ(Walker::tree(fs.at, {}).bytes, 44 * MiB) << "tree " << i;
+        EXPECT_EQ(Walker::size(fs.at, true).bytes, 44 * MiB + folders) << "parallel walk " << i;
+        EXPECT_EQ(Walker::tree(fs.at, {}).bytes, 44 * MiB + folders) << "tree " << i;
     }
-    EXPECT_EQ(Walker::size(fs.at, false).bytes, 44 * MiB);
-    EXPECT_EQ(Walker::size(two, true).bytes, 40 * MiB);  // a run of its own pays in full
+    EXPECT_EQ(Walker::size(fs.at, false).bytes, 44 * MiB + folders);
+    EXPECT_EQ(Walker::size(two, true).bytes, 40 * MiB + Files::allocated(two));  // a run of its own pays in full
 
     // Two roots of one walk: the blocks go to the root reached first.
     SharedWalk::Options o;
     o.threads = 1;
     const QList<WalkResult> each = SharedWalk({two, one}, std::move(o)).runEach();
-    EXPECT_EQ(each[0].bytes, 40 * MiB);
-    EXPECT_EQ(each[1].bytes, 4 * MiB);
+    EXPECT_EQ(each[0].bytes, 40 * MiB + Files::allocated(two));
+    EXPECT_EQ(each[1].bytes, 4 * MiB + Files::allocated(one));
 
     const auto info = Walker::cloneInfo(one + "/partial");
     ASSERT_TRUE(info.has_value());
@@ -94,10 +95,13 @@ TEST(Measuring, BindMountsOfOneFileSystemAreChargedOnce) {
     ASSERT_TRUE(outside.ok());
 
     const qint64 data = Walker::size(root + "/data", true).bytes;
-    EXPECT_EQ(Walker::size(root, true).bytes, data);
-    EXPECT_EQ(Walker::tree(root, {}).bytes, data);
-    const QList<WalkResult> each = SharedWalk({root + "/data", elsewhere}, {}).runEach();
-    EXPECT_EQ(each[0].bytes + each[1].bytes, data);
+    EXPECT_EQ(data, Files::diskUsage(root + "/data"));
+    // The view is not entered; the root's own blocks are the only ones beside the data's.
+    EXPECT_EQ(Walker::size(root, true).bytes, Files::allocated(root) + data);
+    EXPECT_EQ(Walker::tree(root, {}).bytes, Files::allocated(root) + data);
+    // Overlapping roots: the folders met twice are paid once, like the files.
+    const QList<WalkResult> each = SharedWalk({root + "/data", elsewhere, root + "/data/sub"}, {}).runEach();
+    EXPECT_EQ(each[0].bytes + each[1].bytes + each[2].bytes, data);
 }
 
 }  // namespace

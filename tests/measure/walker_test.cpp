@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <QProcess>
 
 #include "core/paths.h"
 #include "measure/walker.h"
@@ -33,16 +34,17 @@ TEST(Walker, HardLinksAreChargedOncePerRun) {
     const qint64 big = Files::allocated(root + "/a/big");
 
     const WalkResult r = measure(root);
-    EXPECT_EQ(r.bytes, big + Files::allocated(root + "/single"));
+    EXPECT_EQ(r.bytes, Files::diskUsage(root));
     EXPECT_EQ(r.files, 4);  // every name is a file seen; its blocks are paid once
 
     // Separate runs each pay for it: a size of one link is the file's own blocks.
     EXPECT_EQ(Walker::size(root + "/third", true).bytes, big);
-    EXPECT_EQ(Walker::size(root + "/a/b", true).bytes, big);
+    EXPECT_EQ(Walker::size(root + "/a/b", true).bytes, big + Files::allocated(root + "/a/b"));
 
-    // Within one run the record is shared: the second walk through the same Dedupe pays nothing.
+    // Within one run the record is shared: the second walk through the same Dedupe pays nothing,
+    // neither the files nor the folders.
     Dedupe seen;
-    EXPECT_EQ(Walker::walk(root + "/a", Walker::device(root), seen, {}).bytes, big);
+    EXPECT_EQ(Walker::walk(root + "/a", Walker::device(root), seen, {}).bytes, Files::diskUsage(root + "/a"));
     EXPECT_EQ(Walker::walk(root + "/a", Walker::device(root), seen, {}).bytes, 0);
 }
 
@@ -86,7 +88,7 @@ TEST(Walker, SymbolicLinksAreNeverFollowed) {
     Files::symlink("loop-a", root + "/loop-b");
 
     const WalkResult r = measure(root);
-    EXPECT_EQ(r.bytes, Files::allocated(root + "/sub/own"));
+    EXPECT_EQ(r.bytes, Files::diskUsage(root));  // links count nothing, followed or not
     EXPECT_EQ(r.files, 1);
     EXPECT_EQ(Walker::size(root + "/to-big", true), WalkResult{});
     EXPECT_EQ(Walker::size(root + "/dangling", true), WalkResult{});
@@ -136,7 +138,17 @@ TEST(Walker, SizeOfSingleThingsAndMissingOnes) {
 
     Files::makeDirs(root + "/tree");
     Files::writeSparse(root + "/tree/hole", 50 * MiB, 4096);
-    EXPECT_EQ(measure(root + "/tree").bytes, Files::allocated(root + "/tree/hole"));
+    EXPECT_EQ(measure(root + "/tree").bytes, Files::diskUsage(root + "/tree"));
+
+    // A folder's own blocks count: 3,000 empty files take what du says, not nothing.
+    Files::makeDirs(root + "/empty");
+    for (int i = 0; i < 3000; ++i) Files::write(root + "/empty/" + QString::number(i) + "-a-longer-name", 0);
+    QProcess du;
+    du.start("du", {"-sB1", root + "/empty"});
+    ASSERT_TRUE(du.waitForFinished());
+    const qint64 duBytes = du.readAllStandardOutput().split('\t').value(0).toLongLong();
+    EXPECT_GT(duBytes, 4096);
+    EXPECT_EQ(measure(root + "/empty").bytes, duBytes);
 
     EXPECT_EQ(Walker::size(root + "/nothing", true), WalkResult{});
     EXPECT_EQ(Walker::size(root + "/nothing/deeper", false), WalkResult{});
@@ -149,15 +161,13 @@ TEST(Walker, OddNamesAreMeasuredAndKeepTheirBytes) {
     const QString root = Sandbox::scratch("names");
     const QList<QByteArray> names{"with space", "new\nline", QByteArray(255, 'n'), QByteArray("caf\xe9-latin1"),
                                   QByteArray("\xff\xfe\x80"), "tab\there", "emoji-\xf0\x9f\x98\x80", "-dash", "*"};
-    qint64 expected = 0;
     for (const QByteArray& name : names) {
         const QString folder = root + "/" + Paths::fromBytes(name);
         Files::makeDirs(folder);
         Files::write(folder + "/" + Paths::fromBytes(name), 5000);
-        expected += Files::allocated(folder + "/" + Paths::fromBytes(name));
     }
     const WalkResult r = measure(root);
-    EXPECT_EQ(r.bytes, expected);
+    EXPECT_EQ(r.bytes, Files::diskUsage(root));
     EXPECT_EQ(r.files, names.size());
     // Their names come back byte for byte: the paths round trip, and the tree and du tests.
 }
@@ -180,7 +190,8 @@ TEST(Walker, UnreadableFoldersCountAsDeniedAndTheWalkGoesOn) {
     Files::write(root + "/locked/inside/secret", MiB);
     Files::write(root + "/top", 4096);
     ::chmod(Files::bytes(root + "/locked").constData(), 0700);
-    const qint64 visible = Files::allocated(root + "/open/inner/a") + Files::allocated(root + "/top");
+    // The locked folder cannot be opened: its own blocks are not seen either.
+    const qint64 visible = Files::diskUsage(root) - Files::diskUsage(root + "/locked");
 
     const auto result = AsUser::run([&] {
         const WalkResult p = Walker::size(root, true);
@@ -202,7 +213,7 @@ TEST(Walker, AnotherVolumeInsideTheTreeIsNotEntered) {
     Files::write(root + "/mnt/elsewhere", 4 * MiB);
     Files::makeDirs(root + "/mnt/sub");
 
-    EXPECT_EQ(measure(root).bytes, Files::allocated(root + "/own"));
+    EXPECT_EQ(measure(root).bytes, Files::allocated(root) + Files::allocated(root + "/own"));
     int folders = 0;
     Walker::list(root, Walker::device(root), [&](const Walker::Entry& e) { folders += e.isDir; });
     EXPECT_EQ(folders, 0);  // the mount point is left out when a device is given
@@ -214,7 +225,8 @@ TEST(Walker, AnotherVolumeInsideTheTreeIsNotEntered) {
     Files::write(root + "/bound", 0);
     TestMount file = TestMount::bind(root + "/mnt/elsewhere", root + "/bound");
     if (!file.ok()) GTEST_SKIP() << file.why().toStdString();
-    EXPECT_EQ(measure(root).bytes, Files::allocated(root + "/own") + Files::allocated(root + "/mnt/elsewhere"));
+    EXPECT_EQ(measure(root).bytes,
+              Files::allocated(root) + Files::allocated(root + "/own") + Files::allocated(root + "/mnt/elsewhere"));
 }
 
 }  // namespace

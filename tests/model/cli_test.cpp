@@ -56,7 +56,7 @@ TEST_F(Clean, ADryRunShowsTheConfirmationAndTouchesNothing) {
 TEST_F(Clean, ItAsksUnlessToldYesAndPrintsTheToast) {
     Ran ran = runQuarle({"clean", "logs"}, {}, "n\n");
     EXPECT_EQ(ran.status, 1);
-    EXPECT_TRUE(ran.out.contains("Move 25 KB to the Trash? History can restore it for 7 days. [y/N] \nNothing was removed.\n"))
+    EXPECT_TRUE(ran.out.contains("Move 29 KB to the Trash? History can restore it for 7 days. [y/N] \nNothing was removed.\n"))
         << ran.out.constData();
     EXPECT_TRUE(there("Library/Logs/install.log"));
     ran = runQuarle({"clean", "logs"});  // no answer at all is a no
@@ -65,8 +65,8 @@ TEST_F(Clean, ItAsksUnlessToldYesAndPrintsTheToast) {
 
     ran = runQuarle({"clean", "logs"}, {}, "y\n");
     EXPECT_EQ(ran.status, 0) << ran.err.constData();
-    EXPECT_TRUE(ran.out.contains("Logs and crash reports — 25 KB to move to the Trash\n")) << ran.out.constData();
-    EXPECT_TRUE(ran.out.contains("\nMoved 25 KB to the Trash. History can restore it for 7 days.\nHistory entry: "));
+    EXPECT_TRUE(ran.out.contains("Logs and crash reports — 29 KB to move to the Trash\n")) << ran.out.constData();
+    EXPECT_TRUE(ran.out.contains("\nMoved 29 KB to the Trash. History can restore it for 7 days.\nHistory entry: "));
     EXPECT_FALSE(there("Library/Logs/install.log"));
     EXPECT_TRUE(there("Library/Caches/com.spotify.client/index")) << "only the row named";
 
@@ -140,7 +140,7 @@ TEST_F(Clean, AnotherRootIsClearedIntoItsOwnTrash) {
     MacHome(other).logs();
     Ran ran = runQuarle({"clean", "--yes"}, {"QUARLE_ROOT=" + b(other)});
     EXPECT_EQ(ran.status, 0) << ran.err.constData();
-    EXPECT_TRUE(ran.out.contains("Moved 25 KB to the Trash.")) << ran.out.constData();
+    EXPECT_TRUE(ran.out.contains("Moved 29 KB to the Trash.")) << ran.out.constData();
     EXPECT_FALSE(Files::exists(other + "/Library/Logs/install.log"));
     EXPECT_TRUE(Files::exists(other + "/.local/share/Trash/files/install.log")) << "the other home's own Trash";
     EXPECT_TRUE(there("Library/Logs/install.log"));
@@ -151,7 +151,7 @@ TEST(HistoryVerbs, EmptyAllAndKeepDaysAskThroughTheModel) {
     const QString home = Sandbox::home();
     Files::makeDirs(home + "/Library/Caches/a");
     Files::write(home + "/Library/Caches/a/blob", 20'000);
-    const QByteArray size = Paths::toBytes(Fmt::bytes(Files::allocated(home + "/Library/Caches/a/blob")));
+    const QByteArray size = Paths::toBytes(Fmt::bytes(Files::diskUsage(home + "/Library/Caches/a")));
     EXPECT_EQ(runQuarle({"empty", "--all"}).out, "Nothing of Quarle's is in the Trash.\n");
     ASSERT_EQ(runQuarle({"trash", b(home + "/Library/Caches/a")}).status, 0);
 

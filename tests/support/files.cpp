@@ -1,13 +1,16 @@
 #include "support/files.h"
 
 #include <fcntl.h>
+#include <ftw.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <QProcess>
 #include <cstdio>
 #include <cstdlib>
+#include <set>
 #include <string>
+#include <utility>
 
 #include "core/paths.h"
 
@@ -91,6 +94,21 @@ bool exists(const QString& path) {
     return ::lstat(bytes(path).constData(), &st) == 0;
 }
 
+qint64 diskUsage(const QString& root) {
+    static thread_local qint64 total;
+    static thread_local std::set<std::pair<dev_t, ino_t>>* seen;
+    std::set<std::pair<dev_t, ino_t>> here;
+    total = 0;
+    seen = &here;
+    const auto visit = [](const char*, const struct stat* st, int, struct FTW*) {
+        if ((S_ISREG(st->st_mode) || S_ISDIR(st->st_mode)) && seen->insert({st->st_dev, st->st_ino}).second)
+            total += qint64(st->st_blocks) * 512;
+        return 0;
+    };
+    if (::nftw(bytes(root).constData(), visit, 64, FTW_PHYS | FTW_MOUNT) != 0) fail("nftw", root);
+    return total;
+}
+
 void removeTree(const QString& path) {
     if (!exists(path)) return;
     QProcess::execute(QStringLiteral("chmod"), {QStringLiteral("-R"), QStringLiteral("u+rwx"), path});
@@ -101,22 +119,26 @@ qint64 makeDeepChain(const QString& root, int levels, qint64 fileSize) {
     makeDirs(root);
     int fd = ::open(bytes(root).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0) fail("open", root);
+    struct stat st;
     qint64 total = 0;
     std::string block(std::size_t(fileSize), 'd');
     for (int level = 0; level < levels; ++level) {
         const int f = ::openat(fd, "f", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
         if (f < 0 || ::write(f, block.data(), block.size()) != qint64(block.size())) fail("deep file", root);
         ::fsync(f);
-        struct stat st;
         ::fstat(f, &st);
         total += qint64(st.st_blocks) * 512;
         ::close(f);
         if (::mkdirat(fd, "d", 0755) != 0) fail("mkdirat", root);
+        ::fstat(fd, &st);  // the folder is complete: "f" and "d"
+        total += qint64(st.st_blocks) * 512;
         const int next = ::openat(fd, "d", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         ::close(fd);
         if (next < 0) fail("openat", root);
         fd = next;
     }
+    ::fstat(fd, &st);
+    total += qint64(st.st_blocks) * 512;
     ::close(fd);
     return total;
 }

@@ -24,12 +24,16 @@ void touch(const QString& path, qint64 seconds);
 // st_blocks * 512 of the path itself (never following a link).
 qint64 allocated(const QString& path);
 bool exists(const QString& path);
+// What `du -sB1` says of a tree, links and other mounts aside: each file's blocks once per inode,
+// plus each folder's own blocks.
+qint64 diskUsage(const QString& root);
 
 // Removes a tree of any depth (also beyond PATH_MAX), restoring permissions on the way.
 void removeTree(const QString& path);
 
 // Creates a chain of `levels` nested folders named "d" under `root`, each holding a file of
-// `fileSize` bytes, without ever building a long path. Returns the bytes allocated.
+// `fileSize` bytes, without ever building a long path. Returns the bytes allocated, the folders' own
+// blocks with them.
 qint64 makeDeepChain(const QString& root, int levels, qint64 fileSize);
 
 }  // namespace Files

@@ -21,21 +21,19 @@ QString LinuxHome::cacheFile(const QString& relative) const {
 QString LinuxHome::inCache(const QString& relative) const { return cache_ + "/" + relative; }
 
 qint64 LinuxHome::bytesUnder(const QString& relative) const {
-    qint64 sum = files_.bytesUnder(relative);
-    // The whole home holds the cache only when the cache lies inside it.
-    if (relative.isEmpty() && !cache_.startsWith(root_ + "/")) sum -= cacheBytes("");
-    for (auto it = texts_.begin(); it != texts_.end(); ++it)
-        if (relative.isEmpty() || it.key() == relative || it.key().startsWith(relative + "/")) sum += it.value();
-    return sum;
+    return files_.bytesUnder(relative);
 }
 
 void LinuxHome::text(const QString& relative, const QByteArray& content) {
     Files::makeDirs(at(relative).section('/', 0, -2));
     Files::writeText(at(relative), content);
-    texts_[relative] = Files::allocated(at(relative));
 }
 
 qint64 LinuxHome::cacheBytes(const QString& relative) const { return files_.bytesUnder(cacheFile(relative)); }
+
+qint64 LinuxHome::cacheInside(const QString& relative) const {
+    return cacheBytes(relative) - Files::allocated(inCache(relative));
+}
 
 void LinuxHome::xdgCaches() {
     const auto cache = [&](const QString& relative, qint64 size, double age = 1) { files_.file(cacheFile(relative), size, age); };

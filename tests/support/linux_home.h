@@ -21,11 +21,14 @@ public:
     // Where a cache entry goes: "yarn/x" → <cache>/yarn/x.
     QString inCache(const QString& relative) const;
     qint64 file(const QString& relative, qint64 size, double ageDays = 1) { return files_.file(relative, size, ageDays); }
-    // Allocated bytes of the files written at or below `relative` ("" for the whole home, which
-    // holds the cache folder only when it lies inside).
+    // What du says of `relative` ("" for the whole home, which holds the cache folder only when it
+    // lies inside).
     qint64 bytesUnder(const QString& relative) const;
     // The same for a folder of the cache: "yarn" → <cache>/yarn ("" for the whole cache).
     qint64 cacheBytes(const QString& relative) const;
+    // The same less the folder's own blocks: what a row that offers the folder's entries frees.
+    qint64 bytesInside(const QString& relative) const { return files_.bytesInside(relative); }
+    qint64 cacheInside(const QString& relative) const;
 
     // .cache: app caches (one with a file over 1 MB, a loose file), every folder with a row of its
     // own, the Hugging Face login token, and folders apps keep state in (KeePassXC, obexd, a token).
@@ -48,7 +51,6 @@ private:
     void text(const QString& relative, const QByteArray& content);
 
     MacHome files_;  // the writing and remembering of files is the same as for a Mac-shaped home
-    QMap<QString, qint64> texts_;  // text files by relative path → allocated bytes
     QString root_;
     QString cache_;
 };

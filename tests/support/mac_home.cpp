@@ -25,12 +25,16 @@ void MacHome::age(const QString& relative, double ageDays) {
 }
 
 qint64 MacHome::bytesUnder(const QString& relative) const {
+    // What du says of it, folders' own blocks included, while it is there.
+    if (const QString path = relative.isEmpty() ? root_ : at(relative); Files::exists(path)) return Files::diskUsage(path);
     qint64 sum = 0;
     for (auto it = written_.begin(); it != written_.end(); ++it)
         if (relative.isEmpty() || it.key() == relative || it.key().startsWith(relative + QLatin1Char('/')))
             sum += it.value();
     return sum;
 }
+
+qint64 MacHome::bytesInside(const QString& relative) const { return bytesUnder(relative) - Files::allocated(at(relative)); }
 
 void MacHome::logs() {
     file("Library/Logs/DiagnosticReports/App-2024-05-01.ips", 12 * KB, 4);

@@ -19,8 +19,11 @@ public:
     qint64 file(const QString& relative, qint64 size, double ageDays = 1);
     // Sets the modification date of a file or folder.
     void age(const QString& relative, double ageDays);
-    // Allocated bytes of the files written at or below `relative` ("" for all).
+    // What du says of `relative` ("" for all), folders included; once it is gone, the files that
+    // were written below it.
     qint64 bytesUnder(const QString& relative) const;
+    // The same less the folder's own blocks: what a row that offers the folder's entries frees.
+    qint64 bytesInside(const QString& relative) const;
 
     // Library/Logs with a subfolder and loose small files.
     void logs();
