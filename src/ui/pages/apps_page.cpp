@@ -27,7 +27,8 @@ AppsPage::AppsPage(Model& model, QWidget* parent)
     heading->setFont(Theme::titleFont());
     auto* top = new QHBoxLayout;
     top->addWidget(heading, 1);
-    auto* sortLabel = new QLabel(tr("Sort by"), this);
+    sortLabel_ = new QLabel(tr("Sort by"), this);
+    QLabel* sortLabel = sortLabel_;
     sortLabel->setForegroundRole(QPalette::PlaceholderText);
     top->addWidget(sortLabel, 0, Qt::AlignVCenter);
     sort_->addItem(tr("Size"), int(AppSort::size));
@@ -68,7 +69,8 @@ AppsPage::AppsPage(Model& model, QWidget* parent)
     state_->setForegroundRole(QPalette::PlaceholderText);
     state_->setAlignment(Qt::AlignCenter);
     state_->setWordWrap(true);
-    wait->addWidget(state_);
+    state_->setMaximumWidth(520);
+    wait->addWidget(state_, 0, Qt::AlignHCenter);
     wait->addStretch(2);
     layout->addWidget(waiting_, 1);
 
@@ -100,6 +102,8 @@ void AppsPage::refresh() {
     content_->setVisible(!none);
     waiting_->setVisible(none);
     spinner_->setVisible(model_.appsLoading());
+    sort_->setVisible(!model_.apps().isEmpty());
+    sortLabel_->setVisible(!model_.apps().isEmpty());
     state_->setText(model_.appsLoading() ? tr("Looking for apps…")
                     : model_.appsLoaded()
                         ? tr("No apps to remove here. Quarle lists the Flatpak apps and AppImages you can remove "

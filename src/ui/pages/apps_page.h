@@ -39,6 +39,7 @@ private:
     QListView* view_;
     AppDetail* detail_;
     QComboBox* sort_;
+    QLabel* sortLabel_;
     QWidget* content_;
     QWidget* waiting_;
     QProgressBar* spinner_;
