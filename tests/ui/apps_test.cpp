@@ -1,6 +1,6 @@
 // Apps: the spinner until the first list and no empty state before it; a new order or a reload keeps
 // the focused app; leftover ticks follow the model both ways; a running app's Uninstall… is refused
-// in the window's toast; the order is remembered.
+// in the window's toast; the order is remembered; the keys step over the gone apps' heading.
 
 #include <gtest/gtest.h>
 
@@ -32,7 +32,8 @@ InstalledApp app(const QString& name, qint64 bytes, QList<Leftover> leftovers = 
 
 QStringList order(const AppListModel& rows) {
     QStringList names;
-    for (int i = 0; i < rows.rowCount(); ++i) names << rows.index(i).data().toString();
+    for (int i = 0; i < rows.rowCount(); ++i)
+        if (rows.appAt(rows.index(i))) names << rows.index(i).data().toString();
     return names;
 }
 
@@ -46,6 +47,7 @@ TEST(AppsPage, LoadsOnceShownKeepsTheFocusAndFollowsTheModel) {
                                {Home::at(".cache/owl-backups"), 100, "Name contains \"Owl\"", Confidence::yours}};
     auto listed = std::make_shared<AppScanner::Result>();
     listed->apps = {app("Zebra", 5'000), app("Owl", 1'000, left), app("Ant", 3'000)};
+    listed->orphans = {{"Gone", "org.example.Gone", {{Home::at(".var/app/org.example.Gone"), 9, "", Confidence::likely}}}};
     auto release = std::make_shared<std::atomic<bool>>(false);
     ModelServices services = machine.services();
     services.scanApps = [listed, release](const Cancelled&) {
@@ -111,4 +113,8 @@ TEST(AppsPage, LoadsOnceShownKeepsTheFocusAndFollowsTheModel) {
     EXPECT_FALSE(model.confirm());
     QTest::qWait(1);
     EXPECT_EQ(window.toast()->text(), "Quit Owl first, then uninstall it.");
+
+    // Down from the last app steps over the heading to the gone app.
+    QTest::keyClick(page->view(), Qt::Key_Down);
+    EXPECT_EQ(model.orphanFocus(), "Gone");
 }
