@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QListView>
 #include <QProgressBar>
 #include <QPushButton>
@@ -117,4 +118,13 @@ TEST(AppsPage, LoadsOnceShownKeepsTheFocusAndFollowsTheModel) {
     // Down from the last app steps over the heading to the gone app.
     QTest::keyClick(page->view(), Qt::Key_Down);
     EXPECT_EQ(model.orphanFocus(), "Gone");
+
+    // Finding hides the apps that do not match, and the heading when no gone app is left.
+    const auto hidden = [&](const QModelIndex& index) { return page->view()->isRowHidden(index.row()); };
+    page->find()->setText("ant");
+    EXPECT_FALSE(hidden(rows.indexOfApp(listed->apps[1].path)));
+    EXPECT_TRUE(hidden(rows.indexOfApp(listed->apps[0].path)));
+    EXPECT_TRUE(hidden(rows.index(rows.indexOfOrphan("Gone").row() - 1)));
+    QTest::keyClick(page->find(), Qt::Key_Escape);
+    EXPECT_FALSE(hidden(rows.indexOfApp(listed->apps[0].path)));
 }

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListView>
 #include <QProgressBar>
 #include <QPushButton>
@@ -17,7 +18,7 @@
 
 AppsPage::AppsPage(Model& model, QWidget* parent)
     : QWidget(parent), model_(model), rows_(new AppListModel(model, this)), view_(new QListView(this)),
-      detail_(new AppDetail(model, this)), sort_(new QComboBox(this)), content_(new QWidget(this)),
+      detail_(new AppDetail(model, this)), sort_(new QComboBox(this)), find_(new QLineEdit(this)), content_(new QWidget(this)),
       waiting_(new QWidget(this)), spinner_(new QProgressBar(waiting_)), state_(new QLabel(waiting_)),
       fold_(new QTimer(this)) {
     auto* layout = new QVBoxLayout(this);
@@ -27,6 +28,13 @@ AppsPage::AppsPage(Model& model, QWidget* parent)
     heading->setFont(Theme::titleFont());
     auto* top = new QHBoxLayout;
     top->addWidget(heading, 1);
+    find_->setPlaceholderText(tr("Find an app (Ctrl+F)"));
+    find_->setClearButtonEnabled(true);
+    find_->setAccessibleName(tr("Find an app"));
+    find_->setFixedWidth(220);
+    find_->installEventFilter(this);
+    top->addWidget(find_, 0, Qt::AlignVCenter);
+    top->addSpacing(Theme::gap);
     sortLabel_ = new QLabel(tr("Sort by"), this);
     QLabel* sortLabel = sortLabel_;
     sortLabel->setForegroundRole(QPalette::PlaceholderText);
@@ -79,6 +87,12 @@ AppsPage::AppsPage(Model& model, QWidget* parent)
         if (const InstalledApp* a = rows_->appAt(current); a && model_.appFocus() != a->id()) model_.focusApp(*a);
         if (const Orphan* o = rows_->orphanAt(current); o && model_.orphanFocus() != o->id()) model_.focusOrphan(*o);
     });
+    connect(find_, &QLineEdit::textChanged, this, &AppsPage::applyFind);
+    connect(&model_, &Model::findTokenChanged, this, [this] {
+        if (!isVisible()) return;
+        find_->setFocus();
+        find_->selectAll();
+    });
     connect(&model_, &Model::keysTokenChanged, this, [this] {
         if (isVisible()) view_->setFocus();
     });
@@ -102,6 +116,7 @@ void AppsPage::refresh() {
     content_->setVisible(!none);
     waiting_->setVisible(none);
     spinner_->setVisible(model_.appsLoading());
+    find_->setVisible(!none);
     sort_->setVisible(!model_.apps().isEmpty());
     sortLabel_->setVisible(!model_.apps().isEmpty());
     state_->setText(model_.appsLoading() ? tr("Looking for apps…")
@@ -118,7 +133,25 @@ void AppsPage::refresh() {
     if (!model_.appFocus() && !model_.orphanFocus())
         if (const InstalledApp* first = rows_->appAt(rows_->index(0))) model_.focusApp(*first);
     followFocus();
+    applyFind();
     detail_->refresh();
+}
+
+void AppsPage::applyFind() {
+    const QString words = find_->text().trimmed();
+    int heading = -1, gone = 0;
+    for (int i = 0; i < rows_->rowCount(); ++i) {
+        const QModelIndex row = rows_->index(i);
+        if (row.data(AppListModel::kindRole).toInt() == AppListModel::heading) {
+            heading = i;
+            continue;
+        }
+        const bool match = words.isEmpty() || row.data().toString().contains(words, Qt::CaseInsensitive) ||
+                           row.data(AppListModel::detailRole).toString().contains(words, Qt::CaseInsensitive);
+        view_->setRowHidden(i, !match);
+        gone += match && rows_->orphanAt(row);
+    }
+    if (heading >= 0) view_->setRowHidden(heading, gone == 0);
 }
 
 void AppsPage::followFocus() {
@@ -137,6 +170,15 @@ void AppsPage::followFocus() {
 bool AppsPage::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
     const auto* key = static_cast<QKeyEvent*>(event);
+    // In the find field Escape clears it, and Down or Return go on to the apps it left.
+    if (watched == find_) {
+        if (key->key() == Qt::Key_Escape) find_->clear();
+        if (key->key() != Qt::Key_Escape && key->key() != Qt::Key_Down && key->key() != Qt::Key_Return &&
+            key->key() != Qt::Key_Enter)
+            return QWidget::eventFilter(watched, event);
+        view_->setFocus();
+        return true;
+    }
     QListView* leftovers = detail_->leftovers();
     if (key->key() == Qt::Key_Backspace && key->modifiers() & Qt::ControlModifier) {
         detail_->removeButton()->click();

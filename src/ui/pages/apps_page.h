@@ -10,6 +10,7 @@ class AppListModel;
 class Model;
 class QComboBox;
 class QLabel;
+class QLineEdit;
 class QListView;
 class QProgressBar;
 class QTimer;
@@ -24,6 +25,7 @@ public:
     AppListModel* rows() const { return rows_; }
     AppDetail* detail() const { return detail_; }
     QComboBox* sortBox() const { return sort_; }
+    QLineEdit* find() const { return find_; }
     QLabel* state() const { return state_; }
 
 protected:
@@ -33,12 +35,15 @@ protected:
 private:
     // The list's current row follows the model's focus; a new focus or order brings it into view.
     void followFocus();
+    // Shows only the apps whose name or maker holds the find field's words.
+    void applyFind();
 
     Model& model_;
     AppListModel* rows_;
     QListView* view_;
     AppDetail* detail_;
     QComboBox* sort_;
+    QLineEdit* find_;
     QLabel* sortLabel_;
     QWidget* content_;
     QWidget* waiting_;
