@@ -209,6 +209,9 @@ bool Driver::apps() {
     });
     if (model_.apps().isEmpty()) return false;
     const QModelIndex first = page->view()->model()->index(0, 0);
+    step(QStringLiteral("an app has the focus"), [this] {
+        return waitFor([this] { return model_.appFocus().has_value(); }, 1000) ? QString() : QStringLiteral("a focused app");
+    });
     if (page->view()->model()->rowCount() < 2) {
         skip(QStringLiteral("Down and Up move the focus between apps"), QStringLiteral("only one app"));
         return true;
