@@ -1,6 +1,8 @@
 // The demonstration machine's apps with what they left, apps already gone, what starts at login,
 // and a short history of earlier clearing.
 
+#include <algorithm>
+
 #include "core/home.h"
 #include "demo/demo.h"
 #include "demo/demo_tree.h"
@@ -45,47 +47,54 @@ namespace Demo {
 
 QList<InstalledApp> apps(const QDateTime& now) {
     const Confidence sure = Confidence::sure, likely = Confidence::likely, yours = Confidence::yours;
-    return {
+    QList<InstalledApp> all{
         app("Xcode", "com.apple.dt.Xcode", 11'800 * MB, 0.2, "Apple",
-            {left("Library/Developer/Xcode/UserData", 240 * MB, "Named after the app's bundle identifier", likely),
-             left("Library/Preferences/com.apple.dt.Xcode.plist", 1 * MB, "Named after the app's bundle identifier", sure)},
+            {left("Library/Developer/Xcode/UserData", 240 * MB, "Named after the app", likely),
+             left("Library/Preferences/com.apple.dt.Xcode.plist", 1 * MB, "Bundle ID matches (com.apple.dt.Xcode)", sure)},
             now),
         app("Slack", "com.tinyspeck.slackmacgap", 480 * MB, 0.1, "Slack Technologies",
-            {left("Library/Application Support/Slack", 1'200 * MB, "Named after the app", sure),
-             left("Library/Caches/com.tinyspeck.slackmacgap", 900 * MB, "Named after the app's bundle identifier", sure),
-             left("Library/Preferences/com.tinyspeck.slackmacgap.plist", 1 * MB, "Named after the app's bundle identifier", sure)},
+            {left("Library/Application Support/Slack", 1'200 * MB, "Named after the app", likely),
+             left("Library/Caches/com.tinyspeck.slackmacgap", 900 * MB, "Bundle ID matches (com.tinyspeck.slackmacgap)", sure),
+             left("Library/Preferences/com.tinyspeck.slackmacgap.plist", 1 * MB, "Bundle ID matches (com.tinyspeck.slackmacgap)", sure)},
             now),
         app("Spotify", "com.spotify.client", 310 * MB, 3, "Spotify",
-            {left("Library/Application Support/Spotify", 3'200 * MB, "Named after the app", sure),
-             left("Library/Caches/com.spotify.client", 1'800 * MB, "Named after the app's bundle identifier", sure)},
+            {left("Library/Application Support/Spotify", 3'200 * MB, "Named after the app", likely),
+             left("Library/Caches/com.spotify.client", 1'800 * MB, "Bundle ID matches (com.spotify.client)", sure)},
             now),
         app("Figma", "com.figma.Desktop", 420 * MB, 12, "Figma",
-            {left("Library/Caches/com.figma.Desktop", 650 * MB, "Named after the app's bundle identifier", sure),
+            {left("Library/Caches/com.figma.Desktop", 650 * MB, "Bundle ID matches (com.figma.Desktop)", sure),
              left("Library/Application Support/Figma", 90 * MB, "Named after the app", likely)},
             now),
         app("Docker", "com.docker.docker", 2'100 * MB, 1, "Docker",
-            {left("Library/Containers/com.docker.docker", 38'090 * MB, "Named after the app's bundle identifier", sure),
-             left("Library/Group Containers/group.com.docker", 40 * MB, "Shares the app's team identifier", likely)},
+            {left("Library/Containers/com.docker.docker", 38'090 * MB, "Bundle ID matches (com.docker.docker)", sure),
+             left("Library/Group Containers/9BNSXJN65R.com.docker", 40 * MB, "Made by the same signing team (9BNSXJN65R)", sure),
+             left("Library/Application Support/com.docker.helper", 310 * MB, "Same developer's ID (com.docker)", likely),
+             left("Library/Application Support/Docker Desktop Backups", 1'900 * MB, "Name contains \"Docker\"", yours)},
             now),
         app("Microsoft Word", "com.microsoft.Word", 2'600 * MB, 30, "Microsoft Corporation",
-            {left("Library/Containers/com.microsoft.Word", 1'200 * MB, "Named after the app's bundle identifier", sure),
+            {left("Library/Containers/com.microsoft.Word", 1'200 * MB, "Bundle ID matches (com.microsoft.Word)", sure),
              left("Library/Group Containers/UBF8T346G9.Office", 2'200 * MB, "Shared by the maker's apps", yours)},
             now),
         app("Tot", "com.iconfactory.Tot", 30 * MB, std::nullopt, "The Iconfactory", {}, now),
     };
+    // Largest first, as the app scanner lists them.
+    std::stable_sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.total() > b.total(); });
+    return all;
 }
 
 QList<Orphan> orphans() {
-    return {
+    QList<Orphan> all{
         {QStringLiteral("Sketch"), QStringLiteral("com.bohemiancoding.sketch3"),
-         {left("Library/Application Support/com.bohemiancoding.sketch3", 1'400 * MB, "Named after the app's bundle identifier", Confidence::sure),
-          left("Library/Caches/com.bohemiancoding.sketch3", 300 * MB, "Named after the app's bundle identifier", Confidence::sure)}},
+         {left("Library/Application Support/com.bohemiancoding.sketch3", 1'400 * MB, "Bundle ID of an app that isn't installed", Confidence::sure),
+          left("Library/Caches/com.bohemiancoding.sketch3", 300 * MB, "Bundle ID of an app that isn't installed", Confidence::sure)}},
         {QStringLiteral("Zoom"), QStringLiteral("us.zoom.xos"),
          {left("Library/Application Support/zoom.us", 220 * MB, "Named after the app", Confidence::likely),
           left("Library/Logs/zoom.us", 40 * MB, "Named after the app", Confidence::likely)}},
         {QStringLiteral("Notion"), QStringLiteral("notion.id"),
          {left("Library/Application Support/Notion", 610 * MB, "Named like the app", Confidence::yours)}},
     };
+    std::stable_sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.bytes() > b.bytes(); });
+    return all;
 }
 
 QList<LoginItem> loginItems() {
@@ -93,20 +102,20 @@ QList<LoginItem> loginItems() {
     const auto agents = Home::at(QStringLiteral("Library/LaunchAgents/"));
     return {
         {QStringLiteral("Slack"), QStringLiteral("com.tinyspeck.slackmacgap"), QStringLiteral("Slack Technologies"), K::app, true,
-         QStringLiteral("/Applications/Slack.app"), false, QStringLiteral("Developer ID Application: Slack Technologies"), false, true},
+         QStringLiteral("/Applications/Slack.app"), false, QStringLiteral("Slack Technologies"), false, true},
         {QStringLiteral("Spotify"), QStringLiteral("com.spotify.client.startuphelper"), QStringLiteral("Spotify"), K::loginItem, false,
          QStringLiteral("/Applications/Spotify.app/Contents/Library/LoginItems/SpotifyStartupHelper.app"), false,
-         QStringLiteral("Developer ID Application: Spotify"), false, true},
+         QStringLiteral("Spotify"), false, true},
         {QStringLiteral("Google Updater"), QStringLiteral("com.google.GoogleUpdater.wake"), QStringLiteral("Google"), K::agent, true,
-         agents + QStringLiteral("com.google.GoogleUpdater.wake.plist"), false, QStringLiteral("Developer ID Application: Google LLC"),
+         agents + QStringLiteral("com.google.GoogleUpdater.wake.plist"), false, QStringLiteral("Google LLC"),
          false, true},
         {QStringLiteral("Zoom updater"), QStringLiteral("us.zoom.updater"), QStringLiteral("Zoom"), K::agent, true,
          agents + QStringLiteral("us.zoom.updater.plist"), false, QStringLiteral("Not signed"), true, false},
         {QStringLiteral("Docker helper"), QStringLiteral("com.docker.helper"), QStringLiteral("Docker"), K::agent, true,
-         QStringLiteral("/Library/LaunchAgents/com.docker.helper.plist"), true, QStringLiteral("Developer ID Application: Docker Inc"),
+         QStringLiteral("/Library/LaunchAgents/com.docker.helper.plist"), true, QStringLiteral("Docker Inc"),
          false, true},
         {QStringLiteral("Docker vmnetd"), QStringLiteral("com.docker.vmnetd"), QStringLiteral("Docker"), K::daemon, true,
-         QStringLiteral("/Library/LaunchDaemons/com.docker.vmnetd.plist"), true, QStringLiteral("Developer ID Application: Docker Inc"),
+         QStringLiteral("/Library/LaunchDaemons/com.docker.vmnetd.plist"), true, QStringLiteral("Docker Inc"),
          false, true},
         {QStringLiteral("Sketch mirror helper"), QStringLiteral("com.bohemiancoding.sketchmirror.helper"), QStringLiteral("Sketch"),
          K::daemon, false, QStringLiteral("/Library/LaunchDaemons/com.bohemiancoding.sketchmirror.helper.plist"), true,

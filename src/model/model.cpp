@@ -14,6 +14,7 @@ const QString hiddenRowsKey = QStringLiteral("hiddenRows");
 const QString showMenuBarKey = QStringLiteral("showMenuBar");
 const QString appearanceKey = QStringLiteral("appearance");
 const QString welcomedKey = QStringLiteral("welcomed");
+const QString appSortKey = QStringLiteral("appSort");
 
 QSet<QString> stringSet(const QString& key) {
     const QStringList list = Prefs::stringList(key);
@@ -48,6 +49,7 @@ Model::Model(ModelServices services, QObject* parent)
     showMenuBar_ = Prefs::value(showMenuBarKey, false).toBool();
     appearance_ = appearanceFromRaw(Prefs::value(appearanceKey).toString()).value_or(Appearance::system);
     keepDays_ = storedKeepDays();
+    appSort_ = appSortFromRaw(Prefs::value(appSortKey).toString()).value_or(AppSort::size);
     page_ = Page::home;
 }
 
@@ -100,6 +102,11 @@ void Model::setAppearance(Appearance appearance) {
     assignAppearance(appearance);
 }
 
+void Model::setAppSort(AppSort order) {
+    savePref(appSortKey, rawValue(order));
+    assignAppSort(order);
+}
+
 void Model::closeWelcome() {
     savePref(welcomedKey, true);
     assignShowWelcome(false);
@@ -142,5 +149,20 @@ QString rawValue(Appearance a) {
 std::optional<Appearance> appearanceFromRaw(const QString& raw) {
     for (Appearance a : {Appearance::system, Appearance::night, Appearance::paper})
         if (rawValue(a) == raw) return a;
+    return std::nullopt;
+}
+
+QString rawValue(AppSort order) {
+    switch (order) {
+        case AppSort::size: return QStringLiteral("size");
+        case AppSort::name: return QStringLiteral("name");
+        case AppSort::lastUsed: return QStringLiteral("lastUsed");
+    }
+    return {};
+}
+
+std::optional<AppSort> appSortFromRaw(const QString& raw) {
+    for (AppSort order : {AppSort::size, AppSort::name, AppSort::lastUsed})
+        if (rawValue(order) == raw) return order;
     return std::nullopt;
 }

@@ -59,6 +59,8 @@ public:
     void setPage(Page page);
     void setShowMenuBar(bool show);
     void setAppearance(Appearance appearance);
+    // The Apps page's order (the "appSort" preference).
+    void setAppSort(AppSort order);
     // The welcome sheet was read; it does not open again by itself.
     void closeWelcome();
     // Opens the welcome sheet again (Settings offers it).
@@ -202,6 +204,7 @@ public:
     QUARLE_OBSERVED(Volume, volume, assignVolume)
     QUARLE_OBSERVED(bool, showMenuBar, assignShowMenuBar)
     QUARLE_OBSERVED(Appearance, appearance, assignAppearance)
+    QUARLE_OBSERVED(AppSort, appSort, assignAppSort)
     QUARLE_OBSERVED(int, keepDays, assignKeepDays)
     QUARLE_OBSERVED(int, findToken, assignFindToken)
 

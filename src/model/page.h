@@ -6,6 +6,10 @@
 
 enum class Page { home, clean, space, apps, system, developer, login, history, settings };
 enum class Appearance { system, night, paper };
+// The order of the Apps page: largest first, by name, or most recently used first.
+enum class AppSort { size, name, lastUsed };
 
 QString rawValue(Appearance);
 std::optional<Appearance> appearanceFromRaw(const QString&);
+QString rawValue(AppSort);
+std::optional<AppSort> appSortFromRaw(const QString&);

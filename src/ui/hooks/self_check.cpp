@@ -3,8 +3,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
 #include <QStackedWidget>
-#include <QSystemTrayIcon>
 #include <QTextStream>
 #include <QTimer>
 #include <QTreeView>
@@ -16,7 +17,10 @@
 #include "ui/dialogs/confirm_sheet.h"
 #include "ui/dialogs/welcome_sheet.h"
 #include "ui/hooks/watchdog.h"
+#include "ui/pages/apps_page.h"
 #include "ui/pages/clean_page.h"
+#include "ui/tray/tray_icon.h"
+#include "ui/widgets/app_detail.h"
 #include "ui/theme/theme.h"
 #include "ui/window/main_window.h"
 #include "ui/window/modal_host.h"
@@ -34,7 +38,8 @@ constexpr std::chrono::milliseconds stallLimit{50};
 
 class Driver {
 public:
-    Driver(MainWindow& window, Model& model) : window_(window), model_(model), watchdog_(&window, stallLimit) {}
+    Driver(MainWindow& window, Model& model, TrayIcon& tray)
+        : window_(window), model_(model), tray_(tray), watchdog_(&window, stallLimit) {}
 
     Report run();
 
@@ -56,11 +61,15 @@ private:
     // Opens the confirmation sheet with `open`, cancels it with Escape; what did not hold.
     QString sheetCancelled(const std::function<void()>& open);
     void confirmation();
+    // Opens Apps, waits for the list and moves the focus with the keys; false when no app is listed.
+    bool apps();
+    void trayActions();
     void questions();
     void palettes();
 
     MainWindow& window_;
     Model& model_;
+    TrayIcon& tray_;
     Watchdog watchdog_;
     Report report_;
 };
@@ -182,13 +191,76 @@ void Driver::confirmation() {
         });
     }
     const QString uninstall = QStringLiteral("Uninstall… asks to confirm, Escape cancels");
-    model_.setPage(Page::apps);
-    model_.loadApps();
-    if (!waitFor([&] { return model_.appsLoaded(); }, 60000) || model_.apps().isEmpty()) {
+    if (!apps()) {
         skip(uninstall, QStringLiteral("no app is installed"));
         return;
     }
-    step(uninstall, [&] { return sheetCancelled([&] { model_.askUninstall(model_.apps().first()); }); });
+    auto* page = qobject_cast<AppsPage*>(window_.page(Page::apps));
+    step(uninstall, [&] { return sheetCancelled([&] { page->detail()->removeButton()->click(); }); });
+}
+
+bool Driver::apps() {
+    const QString name = QStringLiteral("Apps lists the apps when first shown");
+    model_.setPage(Page::apps);
+    auto* page = qobject_cast<AppsPage*>(window_.page(Page::apps));
+    step(name, [&] {
+        return waitFor([&] { return model_.appsLoaded() && !model_.appsLoading(); }, 60000) ? QString()
+                                                                                           : QStringLiteral("the list within a minute");
+    });
+    if (model_.apps().isEmpty()) return false;
+    const QModelIndex first = page->view()->model()->index(0, 0);
+    step(QStringLiteral("an app has the focus"), [this] {
+        return waitFor([this] { return model_.appFocus().has_value(); }, 1000) ? QString() : QStringLiteral("a focused app");
+    });
+    if (page->view()->model()->rowCount() < 2) {
+        skip(QStringLiteral("Down and Up move the focus between apps"), QStringLiteral("only one app"));
+        return true;
+    }
+    page->view()->setFocus();
+    page->view()->setCurrentIndex(first);
+    step(QStringLiteral("Down and Up move the focus between apps"), [&] {
+        const std::optional<QString> before = model_.appFocus();
+        key(page->view(), Qt::Key_Down);
+        const bool moved = model_.appFocus() != before || model_.orphanFocus().has_value();
+        key(page->view(), Qt::Key_Up);
+        return moved && model_.appFocus() == before ? QString() : QStringLiteral("the focus on the next app and back");
+    });
+    return true;
+}
+
+void Driver::trayActions() {
+    const auto hidden = [this] {
+        window_.hide();
+        waitFor([this] { return !window_.isVisible(); }, 1000);
+    };
+    step(QStringLiteral("the tray's Open Quarle shows the window"), [&] {
+        hidden();
+        tray_.openAction()->trigger();
+        return waitFor([this] { return window_.isVisible(); }, 2000) ? QString() : QStringLiteral("the window shown");
+    });
+    const QString clear = QStringLiteral("the tray's Clear Now asks in the window, Escape cancels");
+    if (!tray_.clearAction()->isEnabled()) {
+        skip(clear, QStringLiteral("nothing is ticked"));
+    } else {
+        step(clear, [&] {
+            hidden();
+            const QString cancelled = sheetCancelled([&] { tray_.clearAction()->trigger(); });
+            return !cancelled.isEmpty() || window_.isVisible() ? cancelled : QStringLiteral("the window shown");
+        });
+    }
+    if (model_.demo()) {
+        skip(QStringLiteral("the tray's Scan"), QStringLiteral("the demonstration does not scan again"));
+        return;
+    }
+    step(QStringLiteral("the tray's Scan scans again"), [this] {
+        int started = 0;
+        const auto counting = QObject::connect(&model_, &Model::scanningChanged, &window_, [&] { started += model_.scanning(); });
+        tray_.scanAction()->trigger();
+        const QString finished = waitFor([&] { return started > 0; }, 2000) ? scanFinished(30 * 60 * 1000)
+                                                                            : QStringLiteral("a scan to start");
+        QObject::disconnect(counting);
+        return finished;
+    });
 }
 
 void Driver::questions() {
@@ -281,9 +353,7 @@ Report Driver::run() {
             return finished;
         });
     palettes();
-    skip(QStringLiteral("the tray's actions"), QSystemTrayIcon::isSystemTrayAvailable()
-                                                   ? QStringLiteral("they are not driven yet")
-                                                   : QStringLiteral("this desktop has no tray"));
+    trayActions();
     report_.stalls = watchdog_.stop();
     report_.stallLimitMs = stallLimit.count();
     return report_;
@@ -291,9 +361,9 @@ Report Driver::run() {
 
 }  // namespace
 
-void run(MainWindow& window, Model& model, bool asJson) {
-    QTimer::singleShot(0, &window, [&window, &model, asJson] {
-        const Report report = Driver(window, model).run();
+void run(MainWindow& window, Model& model, TrayIcon& tray, bool asJson) {
+    QTimer::singleShot(0, &window, [&window, &model, &tray, asJson] {
+        const Report report = Driver(window, model, tray).run();
         QTextStream out(stdout);
         if (asJson)
             out << json(report);

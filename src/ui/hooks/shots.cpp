@@ -48,6 +48,18 @@ QPixmap withSheet(QWidget& window, QWidget* sheet) {
     return picture;
 }
 
+// The app whose leftovers show the most kinds of confidence, so the picture shows every badge.
+std::optional<InstalledApp> mostBadges(const QList<InstalledApp>& apps) {
+    std::optional<InstalledApp> best;
+    qsizetype most = 0;
+    for (const InstalledApp& a : apps) {
+        QSet<Confidence> kinds;
+        for (const Leftover& l : a.leftovers) kinds.insert(l.confidence);
+        if (kinds.size() > most) best = a, most = kinds.size();
+    }
+    return best;
+}
+
 bool save(const QPixmap& picture, const QString& dir, const QString& name) {
     const QString file = QDir(dir).filePath(name + ".png");
     if (picture.save(file)) return true;
@@ -80,6 +92,7 @@ void take(MainWindow& window, Model& model, const QString& dir) {
                 // Clean with its first row open, to show parts with their own ticks and notes.
                 if (auto* clean = qobject_cast<CleanPage*>(window.page(Page(i))); clean && Page(i) == Page::clean)
                     clean->view()->expand(clean->rows()->index(0, 0, clean->rows()->index(0, 0)));
+                if (const auto app = Page(i) == Page::apps ? mostBadges(model.apps()) : std::nullopt) model.focusApp(*app);
                 settle(120);
                 // The welcome sheet over Home once, as the first start shows it; then it is read.
                 if (Page(i) == Page::home && window.modals()->welcomeSheet()) {

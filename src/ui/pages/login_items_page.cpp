@@ -47,14 +47,15 @@ LoginItemsPage::LoginItemsPage(Model& model, QWidget* parent)
     line->setWordWrap(true);
     layout->addWidget(line);
     layout->addSpacing(Theme::line);
-    list_->setColumnCount(5);
-    list_->setHeaderLabels({tr("Name"), tr("Kind"), tr("Runs for"), tr("Made by"), tr("State")});
+    list_->setColumnCount(6);
+    list_->setHeaderLabels({tr("Name"), tr("Kind"), tr("Runs for"), tr("Made by"), tr("Signed by"), tr("State")});
     list_->header()->setStretchLastSection(false);
     list_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    list_->setColumnWidth(1, 100);
-    list_->setColumnWidth(2, 150);
-    list_->setColumnWidth(3, 200);
-    list_->setColumnWidth(4, 230);
+    list_->setColumnWidth(1, 90);
+    list_->setColumnWidth(2, 130);
+    list_->setColumnWidth(3, 160);
+    list_->setColumnWidth(4, 220);
+    list_->setColumnWidth(5, 210);
     list_->setRootIsDecorated(false);
     list_->setAlternatingRowColors(true);
     list_->setFrameShape(QFrame::NoFrame);
@@ -81,10 +82,10 @@ void LoginItemsPage::refresh() {
     list_->clear();
     for (const LoginItem& item : model_.loginItems()) {
         const QString maker = item.developer.isEmpty() ? item.signer : item.developer;
-        auto* row = new QTreeWidgetItem(list_, {item.name, kindText(item.kind), item.scope(), maker, stateText(item)});
+        auto* row = new QTreeWidgetItem(list_, {item.name, kindText(item.kind), item.scope(), maker, item.signer, stateText(item)});
         row->setToolTip(0, item.identifier.isEmpty() ? item.path : item.identifier + QLatin1Char('\n') + item.path);
-        row->setToolTip(3, tr("Signed by: %1").arg(item.signer));
-        if (item.missing) row->setForeground(4, Theme::paint(Paint::peach));
+        row->setToolTip(4, item.signer);
+        if (item.missing) row->setForeground(5, Theme::paint(Paint::peach));
     }
     const bool none = model_.loginItems().isEmpty();
     list_->setVisible(!none);

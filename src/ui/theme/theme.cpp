@@ -117,6 +117,10 @@ QColor bucket(Bucket b) {
     return paint(b == Bucket::now ? Paint::mint : b == Bucket::call ? Paint::butter : Paint::stone);
 }
 
+QColor confidence(Confidence c) {
+    return paint(c == Confidence::sure ? Paint::mint : c == Confidence::likely ? Paint::butter : Paint::lavender);
+}
+
 QColor muted() { return QApplication::palette().color(QPalette::PlaceholderText); }
 QColor accent() { return QApplication::palette().color(QPalette::Highlight); }
 QColor panel() { return QApplication::palette().color(QPalette::AlternateBase); }

@@ -32,6 +32,8 @@ Scheme systemScheme();
 QColor paint(Paint paint, Scheme scheme = current());
 // The colour that marks a bucket wherever rows are grouped by it.
 QColor bucket(Bucket bucket);
+// The badge of how sure Quarle is that a leftover belongs to its app.
+QColor confidence(Confidence confidence);
 QColor muted();   // secondary text
 QColor accent();  // buttons that act, the selected page
 QColor panel();   // the sidebar, cards

@@ -8,31 +8,32 @@
 #include "model/model.h"
 #include "ui/window/application.h"
 
-TrayIcon::TrayIcon(Model& model, QObject* parent) : QObject(parent), model_(model) {
-    if (!QSystemTrayIcon::isSystemTrayAvailable()) return;
-    icon_ = new QSystemTrayIcon(Ui::icon(), this);
-    auto* menu = new QMenu;
-    connect(this, &QObject::destroyed, menu, [menu] { delete menu; });  // a menu of the tray has no parent
-    free_ = menu->addAction(QString());
+TrayIcon::TrayIcon(Model& model, QObject* parent, bool hasTray)
+    : QObject(parent), model_(model), menu_(new QMenu) {
+    connect(this, &QObject::destroyed, menu_, [menu = menu_] { delete menu; });  // a menu of the tray has no parent
+    free_ = menu_->addAction(QString());
     free_->setEnabled(false);
-    menu->addSeparator();
-    menu->addAction(tr("Scan"), this, [this] { model_.rescan(false); });
+    menu_->addSeparator();
+    scan_ = menu_->addAction(tr("Scan"), this, [this] { model_.rescan(false); });
     // The confirmation is shown in the window, as Clean's Move to Trash… shows it.
-    clear_ = menu->addAction(QString(), this, [this] {
+    clear_ = menu_->addAction(QString(), this, [this] {
         if (model_.openWindow) model_.openWindow();
         model_.askClean(false);
     });
-    menu->addAction(tr("Open Quarle"), this, [this] {
+    open_ = menu_->addAction(tr("Open Quarle"), this, [this] {
         if (model_.openWindow) model_.openWindow();
     });
-    menu->addSeparator();
-    menu->addAction(tr("Quit Quarle"), qApp, &QApplication::quit);
-    icon_->setContextMenu(menu);
-    connect(icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger && model_.openWindow) model_.openWindow();
-    });
+    menu_->addSeparator();
+    menu_->addAction(tr("Quit Quarle"), qApp, &QApplication::quit);
     for (auto changed : {&Model::volumeChanged, &Model::tickedChanged, &Model::picksChanged, &Model::scanChanged})
         connect(&model_, changed, this, &TrayIcon::refresh);
+    if (hasTray) {
+        icon_ = new QSystemTrayIcon(Ui::icon(), this);
+        icon_->setContextMenu(menu_);
+        connect(icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+            if (reason == QSystemTrayIcon::Trigger && model_.openWindow) model_.openWindow();
+        });
+    }
     refresh();
 }
 
@@ -47,7 +48,7 @@ bool TrayIcon::shown() const { return icon_ && icon_->isVisible(); }
 void TrayIcon::refresh() {
     const Volume& v = model_.volume();
     const QString free = v.total > 0 ? tr("%1 free of %2").arg(Fmt::bytes(v.free), Fmt::bytes(v.total)) : QString();
-    icon_->setToolTip(free.isEmpty() ? QStringLiteral("Quarle") : QStringLiteral("Quarle: ") + free);
+    if (icon_) icon_->setToolTip(free.isEmpty() ? QStringLiteral("Quarle") : QStringLiteral("Quarle: ") + free);
     free_->setText(free.isEmpty() ? tr("Not measured yet") : free);
     qint64 ticked = 0;
     for (const Finding& f : model_.clearing(false)) ticked += f.bytes;

@@ -62,7 +62,7 @@ int run(int& argc, char** argv) {
     if (!shots.isEmpty())
         Shots::take(window, model, shots);
     else if (!qEnvironmentVariableIsEmpty("QUARLE_SELFTEST"))
-        SelfCheck::run(window, model, QApplication::arguments().contains(QStringLiteral("--json")));
+        SelfCheck::run(window, model, tray, QApplication::arguments().contains(QStringLiteral("--json")));
     const int status = app.exec();
     window.hide();  // the model may still wait for work in flight; the window does not linger
     return status;

@@ -6,6 +6,7 @@
 #include <QStackedWidget>
 
 #include "model/model.h"
+#include "ui/pages/apps_page.h"
 #include "ui/pages/clean_page.h"
 #include "ui/pages/history_page.h"
 #include "ui/pages/login_items_page.h"
@@ -38,6 +39,7 @@ MainWindow::MainWindow(Model& model, QWidget* parent)
         else if (p == Page::settings) stack_->addWidget(new SettingsPage(model_, stack_));
         else if (p == Page::system) stack_->addWidget(new SystemPage(model_, stack_));
         else if (p == Page::login) stack_->addWidget(new LoginItemsPage(model_, stack_));
+        else if (p == Page::apps) stack_->addWidget(new AppsPage(model_, stack_));
         else stack_->addWidget(new PlaceholderPage(pageTitle(p), stack_));
     }
     toast_ = new ToastLine(model_, stack_);
