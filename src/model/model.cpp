@@ -14,6 +14,7 @@ const QString hiddenRowsKey = QStringLiteral("hiddenRows");
 const QString showMenuBarKey = QStringLiteral("showMenuBar");
 const QString appearanceKey = QStringLiteral("appearance");
 const QString welcomedKey = QStringLiteral("welcomed");
+const QString storageModeKey = QStringLiteral("storageMode");
 
 QSet<QString> stringSet(const QString& key) {
     const QStringList list = Prefs::stringList(key);
@@ -48,6 +49,7 @@ Model::Model(ModelServices services, QObject* parent)
     showMenuBar_ = Prefs::value(showMenuBarKey, false).toBool();
     appearance_ = appearanceFromRaw(Prefs::value(appearanceKey).toString()).value_or(Appearance::system);
     keepDays_ = storedKeepDays();
+    storageMode_ = storageModeFromRaw(Prefs::value(storageModeKey).toString()).value_or(StorageMode::both);
     page_ = Page::home;
 }
 
@@ -100,6 +102,11 @@ void Model::setAppearance(Appearance appearance) {
     assignAppearance(appearance);
 }
 
+void Model::setStorageMode(StorageMode mode) {
+    savePref(storageModeKey, rawValue(mode));
+    assignStorageMode(mode);
+}
+
 void Model::closeWelcome() {
     savePref(welcomedKey, true);
     assignShowWelcome(false);
@@ -142,5 +149,20 @@ QString rawValue(Appearance a) {
 std::optional<Appearance> appearanceFromRaw(const QString& raw) {
     for (Appearance a : {Appearance::system, Appearance::night, Appearance::paper})
         if (rawValue(a) == raw) return a;
+    return std::nullopt;
+}
+
+QString rawValue(StorageMode m) {
+    switch (m) {
+        case StorageMode::columns: return QStringLiteral("columns");
+        case StorageMode::map: return QStringLiteral("map");
+        case StorageMode::both: return QStringLiteral("both");
+    }
+    return {};
+}
+
+std::optional<StorageMode> storageModeFromRaw(const QString& raw) {
+    for (StorageMode m : {StorageMode::columns, StorageMode::map, StorageMode::both})
+        if (rawValue(m) == raw) return m;
     return std::nullopt;
 }

@@ -33,6 +33,7 @@
 #include "model/observed.h"
 #include "model/page.h"
 #include "model/services.h"
+#include "model/space_details.h"
 #include "removal/history_store.h"
 #include "scan/early_rows.h"
 #include "scan/scan_data.h"
@@ -59,6 +60,7 @@ public:
     void setPage(Page page);
     void setShowMenuBar(bool show);
     void setAppearance(Appearance appearance);
+    void setStorageMode(StorageMode mode);
     // The welcome sheet was read; it does not open again by itself.
     void closeWelcome();
     // Opens the welcome sheet again (Settings offers it).
@@ -152,6 +154,9 @@ public:
     void recomputeClearable();
     SpaceStep rebuilt(const QList<SpaceNode>& columns, const std::optional<SpaceNode>& selection) const;
     void refreshLazyColumns();
+    // Fills `spaceDetails` for `node` in the background (dates and kind read from the disk); a
+    // reading that lands after the selection moved elsewhere is dropped.
+    void readDetails(const SpaceNode& node);
 
     // Where background results land; tests hold and release them.
     Landings& landings() { return landings_; }
@@ -194,6 +199,8 @@ public:
     QUARLE_OBSERVED(QList<SpaceStep>, spaceForward, assignSpaceForward)
     QUARLE_OBSERVED(Clearable, clearableIn, assignClearableIn)
     QUARLE_OBSERVED(bool, columnLoading, assignColumnLoading)
+    QUARLE_OBSERVED(std::optional<SpaceDetails>, spaceDetails, assignSpaceDetails)
+    QUARLE_OBSERVED(StorageMode, storageMode, assignStorageMode)
     QUARLE_OBSERVED(QList<HistoryEntry>, history, assignHistory)
     QUARLE_OBSERVED(std::optional<Confirm>, confirm, assignConfirm)
     QUARLE_OBSERVED(std::optional<QString>, toast, assignToast)

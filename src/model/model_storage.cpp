@@ -1,6 +1,8 @@
 // The Storage page: columns of the home tree, back and forward, folders listed on demand, how much
 // of each folder is ticked for clearing, and moving one item to the Trash.
 
+#include <QFileInfo>
+#include <QMimeDatabase>
 #include <algorithm>
 
 #include "core/checked.h"
@@ -13,6 +15,13 @@
 namespace {
 
 constexpr qsizetype backSteps = 100;
+
+std::optional<QDateTime> known(const QDateTime& at) { return at.isValid() ? std::optional(at.toUTC()) : std::nullopt; }
+
+QString kindOf(const QMimeType& type, bool isDir) {
+    if (isDir) return QObject::tr("Folder");
+    return type.isValid() && !type.isDefault() ? type.comment() : QObject::tr("Document");
+}
 
 }  // namespace
 
@@ -229,4 +238,29 @@ void Model::recomputeClearable() {
         }
     }
     assignClearableIn(std::move(in));
+}
+
+void Model::readDetails(const SpaceNode& node) {
+    const QString path = node.path;
+    if (demo_) {  // the demonstration's items are not on this disk: the kind from the name alone
+        const QList<QMimeType> types = QMimeDatabase().mimeTypesForFileName(node.name);
+        assignSpaceDetails(SpaceDetails{path, kindOf(types.value(0), node.isDir), {}, node.modified, {}});
+        return;
+    }
+    const bool isDir = node.isDir;
+    inBackground<SpaceDetails>(
+        Priority::userInitiated, Job::details,
+        [path, isDir] {
+            const QFileInfo info(path);
+            // Only a plain file is opened to tell its type: a pipe or a device could block, a link leads away.
+            const bool plain = info.isFile() && !info.isSymLink();
+            const QMimeType type = isDir ? QMimeType()
+                                   : plain ? QMimeDatabase().mimeTypeForFile(info)
+                                           : QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension);
+            return SpaceDetails{path, kindOf(type, isDir || info.isDir()), known(info.birthTime()),
+                                known(info.lastModified()), known(info.lastRead())};
+        },
+        [this](SpaceDetails details) {
+            if (spaceSelection_ && spaceSelection_->path == details.path) assignSpaceDetails(std::move(details));
+        });
 }

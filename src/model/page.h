@@ -6,6 +6,10 @@
 
 enum class Page { home, clean, space, apps, system, developer, login, history, settings };
 enum class Appearance { system, night, paper };
+// What the Storage page shows: the columns, the map of the selected folder, or both side by side.
+enum class StorageMode { columns, map, both };
 
 QString rawValue(Appearance);
 std::optional<Appearance> appearanceFromRaw(const QString&);
+QString rawValue(StorageMode);
+std::optional<StorageMode> storageModeFromRaw(const QString&);

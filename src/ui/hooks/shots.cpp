@@ -48,6 +48,18 @@ QPixmap withSheet(QWidget& window, QWidget* sheet) {
     return picture;
 }
 
+// Storage opened a few folders deep, the largest way down, with a file or folder chosen at the end.
+void openStorage(Model& model) {
+    if (!model.scan()) return;
+    const SpaceNode* at = &model.scan()->home;
+    for (int depth = 0; depth < 3; ++depth) {
+        const auto next = std::find_if(at->kids.begin(), at->kids.end(), [](const SpaceNode& k) { return k.isDir && !k.kids.isEmpty(); });
+        if (next == at->kids.end()) break;
+        at = &*next;
+    }
+    model.spaceReveal(at->kids.isEmpty() ? at->path : at->kids.first().path);
+}
+
 bool save(const QPixmap& picture, const QString& dir, const QString& name) {
     const QString file = QDir(dir).filePath(name + ".png");
     if (picture.save(file)) return true;
@@ -76,6 +88,7 @@ void take(MainWindow& window, Model& model, const QString& dir) {
             Theme::apply(appearance);
             const QString palette = QLatin1Char('-') + QLatin1String(name);
             for (int i = 0; i < pageCount; ++i) {
+                if (Page(i) == Page::space && appearance == Appearance::night) openStorage(model);
                 model.setPage(Page(i));
                 // Clean with its first row open, to show parts with their own ticks and notes.
                 if (auto* clean = qobject_cast<CleanPage*>(window.page(Page(i))); clean && Page(i) == Page::clean)
@@ -88,6 +101,14 @@ void take(MainWindow& window, Model& model, const QString& dir) {
                     settle(60);
                 }
                 failed += !save(window.grab(), dir, pageSlug(Page(i)) + palette);
+                // Storage's map alone, as its mode shows it.
+                if (Page(i) == Page::space) {
+                    const StorageMode mode = model.storageMode();
+                    model.setStorageMode(StorageMode::map);
+                    settle(120);
+                    failed += !save(window.grab(), dir, "storage-map" + palette);
+                    model.setStorageMode(mode);
+                }
                 // The confirmation of the Clean page's ticked rows once.
                 if (Page(i) == Page::clean && appearance == Appearance::night && !model.scanning()) {
                     model.askClean(false);
