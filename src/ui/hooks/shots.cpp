@@ -48,16 +48,18 @@ QPixmap withSheet(QWidget& window, QWidget* sheet) {
     return picture;
 }
 
-// Storage opened a few folders deep, the largest way down, with a file or folder chosen at the end.
-void openStorage(Model& model) {
+// Storage opened at a folder below the home (given relative to it), or the largest way down.
+void openStorage(Model& model, const QString& relative) {
     if (!model.scan()) return;
-    const SpaceNode* at = &model.scan()->home;
-    for (int depth = 0; depth < 3; ++depth) {
+    const SpaceNode& home = model.scan()->home;
+    if (home.find(home.path + QLatin1Char('/') + relative)) return model.spaceReveal(home.path + QLatin1Char('/') + relative);
+    const SpaceNode* at = &home;
+    for (int depth = 0; depth < 2; ++depth) {
         const auto next = std::find_if(at->kids.begin(), at->kids.end(), [](const SpaceNode& k) { return k.isDir && !k.kids.isEmpty(); });
         if (next == at->kids.end()) break;
         at = &*next;
     }
-    model.spaceReveal(at->kids.isEmpty() ? at->path : at->kids.first().path);
+    model.spaceReveal(at->path);
 }
 
 bool save(const QPixmap& picture, const QString& dir, const QString& name) {
@@ -88,7 +90,8 @@ void take(MainWindow& window, Model& model, const QString& dir) {
             Theme::apply(appearance);
             const QString palette = QLatin1Char('-') + QLatin1String(name);
             for (int i = 0; i < pageCount; ++i) {
-                if (Page(i) == Page::space && appearance == Appearance::night) openStorage(model);
+                // Storage three columns deep beside the map of the folder chosen.
+                if (Page(i) == Page::space) openStorage(model, QStringLiteral("Library/Developer"));
                 model.setPage(Page(i));
                 // Clean with its first row open, to show parts with their own ticks and notes.
                 if (auto* clean = qobject_cast<CleanPage*>(window.page(Page(i))); clean && Page(i) == Page::clean)
@@ -105,6 +108,7 @@ void take(MainWindow& window, Model& model, const QString& dir) {
                 if (Page(i) == Page::space) {
                     const StorageMode mode = model.storageMode();
                     model.setStorageMode(StorageMode::map);
+                    openStorage(model, QStringLiteral("Library"));
                     settle(120);
                     failed += !save(window.grab(), dir, "storage-map" + palette);
                     model.setStorageMode(mode);

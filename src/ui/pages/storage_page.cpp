@@ -20,7 +20,8 @@
 
 namespace {
 
-constexpr int sideWidth = 400;
+constexpr int sideWidth = 420;
+constexpr int detailsWidth = 320;
 
 QToolButton* arrow(QWidget* parent, Qt::ArrowType type, const QString& name) {
     auto* b = new QToolButton(parent);
@@ -38,7 +39,7 @@ StoragePage::StoragePage(Model& model, QWidget* parent)
     : QWidget(parent), model_(model), where_(new QLabel(this)), back_(arrow(this, Qt::LeftArrow, tr("Back (Alt+Left)"))),
       forward_(arrow(this, Qt::RightArrow, tr("Forward (Alt+Right)"))), trash_(new QPushButton(tr("Move to Trash…"), this)),
       body_(new QWidget(this)), empty_(new QLabel(this)), browser_(new ColumnBrowser(model, body_)), side_(new QWidget(body_)),
-      map_(new SpaceMap(side_)), hover_(new QLabel(side_)), details_(new DetailsPane(side_)), fold_(new QTimer(this)) {
+      map_(new SpaceMap(side_)), details_(new DetailsPane(side_)), fold_(new QTimer(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::margin, Theme::margin, Theme::margin, Theme::margin);
     layout->setSpacing(Theme::line);
@@ -60,8 +61,9 @@ StoragePage::StoragePage(Model& model, QWidget* parent)
         b->setText(text);
         b->setCheckable(true);
         b->setAccessibleName(tr("Show %1").arg(text));
-        b->setMinimumWidth(70);
+        b->setMinimumWidth(72);
         b->setFixedHeight(30);
+        b->setProperty("segment", mode == StorageMode::columns ? "first" : mode == StorageMode::both ? "last" : "middle");
         group->addButton(b, int(mode));
         segments->addWidget(b);
         modes_.append(b);
@@ -79,16 +81,12 @@ StoragePage::StoragePage(Model& model, QWidget* parent)
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(Theme::gap);
     row->addWidget(browser_, 1);
-    auto* side = new QVBoxLayout(side_);
-    side->setContentsMargins(0, 0, 0, 0);
-    side->setSpacing(Theme::line);
-    side->addWidget(map_, 1);
-    hover_->setForegroundRole(QPalette::PlaceholderText);
-    hover_->setAlignment(Qt::AlignCenter);
-    hover_->setFont(Theme::smallFont());
-    side->addWidget(hover_);
-    side->addSpacing(Theme::line);
-    side->addWidget(details_);
+    side_->setLayout(new QBoxLayout(QBoxLayout::TopToBottom));
+    side_->layout()->setContentsMargins(0, 0, 0, 0);
+    side_->layout()->setSpacing(Theme::gap);
+    side_->layout()->addWidget(map_);
+    side_->layout()->addWidget(details_);
+    side_->layout()->setAlignment(details_, Qt::AlignTop);
     row->addWidget(side_);
     layout->addWidget(body_, 1);
     empty_->setForegroundRole(QPalette::PlaceholderText);
@@ -103,7 +101,6 @@ StoragePage::StoragePage(Model& model, QWidget* parent)
     connect(group, &QButtonGroup::idClicked, this, [this](int id) { model_.setStorageMode(StorageMode(id)); });
     connect(map_, &SpaceMap::clicked, this, [this](const QString& path) { model_.spaceReveal(path); });
     connect(map_, &SpaceMap::middleClicked, this, [this] { model_.spaceOut(); });
-    connect(map_, &SpaceMap::hovered, hover_, &QLabel::setText);
     connect(details_, &DetailsPane::reveal, this, [](const QString& path) { FileManager::show(path); });
     connect(&model_, &Model::keysTokenChanged, this, [this] {
         if (isVisible() && browser_->currentColumn()) browser_->currentColumn()->setFocus();
@@ -120,7 +117,7 @@ StoragePage::StoragePage(Model& model, QWidget* parent)
 
 QAbstractButton* StoragePage::modeButton(StorageMode mode) const { return modes_.value(int(mode)); }
 
-QString StoragePage::hoverLine() const { return hover_->text(); }
+QString StoragePage::hoverLine() const { return map_->hoverLine(); }
 
 void StoragePage::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
@@ -143,13 +140,19 @@ void StoragePage::applyMode() {
     modes_[int(mode)]->setChecked(true);
     browser_->setVisible(mode != StorageMode::map);
     map_->setVisible(mode != StorageMode::columns);
-    hover_->setVisible(mode != StorageMode::columns);
-    // Beside the columns the map keeps a fixed width; alone it takes the page.
+    // Beside the columns the map sits over the details at a fixed width; alone it takes the page,
+    // with the details beside it.
+    auto* side = static_cast<QBoxLayout*>(side_->layout());
+    side->setDirection(mode == StorageMode::map ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    side->setStretchFactor(map_, 1);
     if (mode == StorageMode::map) {
         side_->setMinimumWidth(0);
         side_->setMaximumWidth(QWIDGETSIZE_MAX);
+        details_->setFixedWidth(detailsWidth);
     } else {
-        side_->setFixedWidth(mode == StorageMode::both ? sideWidth : 300);
+        side_->setFixedWidth(mode == StorageMode::both ? sideWidth : detailsWidth);
+        details_->setMinimumWidth(0);
+        details_->setMaximumWidth(QWIDGETSIZE_MAX);
     }
 }
 

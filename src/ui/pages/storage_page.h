@@ -53,7 +53,6 @@ private:
     ColumnBrowser* browser_;
     QWidget* side_;
     SpaceMap* map_;
-    QLabel* hover_;
     DetailsPane* details_;
     QTimer* fold_;
     QString asked_;  // the path whose details were last asked for

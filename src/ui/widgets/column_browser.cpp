@@ -15,7 +15,7 @@
 #include "ui/widgets/column_model.h"
 
 namespace {
-constexpr int columnWidth = 270;
+constexpr int columnWidth = 250;
 }
 
 // A turning arc while a folder is listed.

@@ -38,7 +38,6 @@ void SpaceMap::setFolder(const SpaceNode& folder) {
     colour();
     shape();
     setAccessibleDescription(tr("%1, %2").arg(folder_.name, Fmt::bytes(folder_.bytes)));
-    emit hovered(hoverLine());
 }
 
 void SpaceMap::lay(const SpaceNode& node, int ring, double start, double span, int parent) {
@@ -101,8 +100,10 @@ void SpaceMap::colour() {
 }
 
 QRectF SpaceMap::square() const {
-    const double side = std::min(width(), height()) - 8;
-    return QRectF((width() - side) / 2, (height() - side) / 2, side, side);
+    // Below the rings, a line for the name and size under the pointer.
+    const int below = fontMetrics().height() + 10;
+    const double side = std::max(0, std::min(width(), height() - below) - 8);
+    return QRectF((width() - side) / 2, (height() - below - side) / 2, side, side);
 }
 
 double SpaceMap::middleRadius() const { return square().width() / 2 * 0.3; }
@@ -175,7 +176,13 @@ void SpaceMap::draw() {
         ring.addEllipse(c, middle + 1.5, middle + 1.5);
         p.drawPath(ring);
     }
-    for (const Slice& s : slices_) p.fillPath(s.shape, s.colour);
+    // A hairline of the background between neighbours.
+    p.setPen(QPen(palette().color(QPalette::Window), 0.8));
+    for (const Slice& s : slices_) {
+        p.setBrush(s.colour);
+        p.drawPath(s.shape);
+    }
+    p.setPen(Qt::NoPen);
     // The middle: the folder's name and size.
     p.setBrush(palette().color(QPalette::Base));
     p.drawEllipse(c, middle - 2, middle - 2);
@@ -198,6 +205,9 @@ void SpaceMap::paintEvent(QPaintEvent*) {
     if (stale_ || picture_.size() != (QSizeF(size()) * devicePixelRatioF()).toSize()) draw();
     QPainter p(this);
     p.drawPixmap(0, 0, picture_);
+    const QRectF below(0, square().bottom() + 6, width(), fontMetrics().height());
+    p.setPen(palette().color(QPalette::PlaceholderText));
+    p.drawText(below, Qt::AlignHCenter | Qt::AlignTop, fontMetrics().elidedText(hoverLine(), Qt::ElideMiddle, width() - 8));
     if (hover_ >= 0 && !slices_[hover_].shape.isEmpty()) {
         p.setRenderHint(QPainter::Antialiasing);
         p.setPen(QPen(palette().color(QPalette::Text), 1.5));
@@ -223,7 +233,6 @@ void SpaceMap::setHover(int slice) {
     if (slice == hover_) return;
     hover_ = slice;
     update();
-    emit hovered(hoverLine());
 }
 
 void SpaceMap::mouseMoveEvent(QMouseEvent* event) {

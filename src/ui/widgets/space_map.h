@@ -42,16 +42,13 @@ public:
     QPointF pointIn(int i) const;
     // The name and size of the slice under the pointer, or of the folder.
     QString hoverLine() const;
-    QSize sizeHint() const override { return {380, 380}; }
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int w) const override { return w; }
+    QSize sizeHint() const override { return {400, 430}; }
 
 signals:
     // A slice was clicked: its path and whether it is a folder ("smaller items" gives its folder).
     void clicked(const QString& path, bool isDir);
     // The middle was clicked: the folder's own.
     void middleClicked(const QString& path);
-    void hovered(const QString& line);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
