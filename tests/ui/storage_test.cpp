@@ -6,6 +6,7 @@
 
 #include <QAbstractButton>
 #include <QListView>
+#include <QPushButton>
 #include <QTest>
 #include <QToolButton>
 
@@ -155,7 +156,9 @@ TEST(StoragePage, TheMapsSlicesAddUpToTheFolderAndAClickOpensOne) {
     EXPECT_EQ(inside[-1], 1'000'000);
     EXPECT_EQ(folded[-1], 1) << "one slice of smaller items per folder";
     for (int i = 0; i < slices.size(); ++i) {
-        if (inside.contains(i)) EXPECT_EQ(inside[i], slices[i].bytes) << slices[i].name.toStdString();
+        if (inside.contains(i)) {
+            EXPECT_EQ(inside[i], slices[i].bytes) << slices[i].name.toStdString();
+        }
     }
     const auto rest = std::find_if(slices.begin(), slices.end(), [](const SpaceMap::Slice& s) { return s.folded && s.parent < 0; });
     EXPECT_EQ(rest->bytes, 400 * 100 + 60'000);
@@ -172,4 +175,20 @@ TEST(StoragePage, TheMapsSlicesAddUpToTheFolderAndAClickOpensOne) {
     ASSERT_EQ(selected(*model), "a");
     EXPECT_EQ(page.browser()->columnCount(), 3);
     EXPECT_EQ(map->folder().path, home + "/Big/a");
+}
+
+TEST(StoragePage, TheDemonstrationsTreeAndToastNeverTheDisk) {
+    qputenv("QUARLE_DEMO", "1");
+    Model model;
+    qunsetenv("QUARLE_DEMO");
+    model.start();
+    ASSERT_TRUE(waitFor([&] { return model.scan().has_value(); }));
+    StoragePage page(model);
+    page.show();
+    model.spaceReveal(model.scan()->home.path + "/Movies/Holiday.mp4");
+    QTest::qWait(1);
+    ASSERT_EQ(selected(model), "Holiday.mp4");
+    page.trashButton()->click();
+    ASSERT_TRUE(model.confirm());
+    EXPECT_EQ(reportAfter(model, [&] { model.perform(*model.confirm(), false); }).toast, "Demo Mac: nothing was removed.");
 }

@@ -20,6 +20,11 @@ void ColumnModel::setFolder(const SpaceNode& folder, const QMap<QString, qint64>
 }
 
 void ColumnModel::diff(const QList<SpaceNode>& fresh) {
+    // The same folder listed again, usually with the same entries in the same order.
+    const bool sameRows = fresh.size() == kids().size() &&
+                          std::equal(fresh.cbegin(), fresh.cend(), kids().cbegin(),
+                                     [](const SpaceNode& a, const SpaceNode& b) { return a.path == b.path; });
+    if (sameRows) return;
     QSet<QString> freshPaths;
     freshPaths.reserve(fresh.size());
     for (const SpaceNode& n : fresh) freshPaths.insert(n.path);
@@ -84,7 +89,11 @@ QVariant ColumnModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole: return n->name;
     case Qt::AccessibleTextRole: return QStringLiteral("%1, %2").arg(n->name, Fmt::bytes(n->bytes));
-    case Qt::ToolTipRole: return Fmt::path(n->path);
+    case Qt::ToolTipRole: {
+        const qint64 ticked = clearable_.value(n->path, 0);
+        return ticked > 0 ? tr("%1\n%2 inside is ticked to clear in Clean").arg(Fmt::path(n->path), Fmt::bytes(ticked))
+                          : Fmt::path(n->path);
+    }
     case pathRole: return n->path;
     case bytesRole: return Fmt::bytes(n->bytes);
     case fractionRole: {

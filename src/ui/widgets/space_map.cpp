@@ -50,7 +50,7 @@ void SpaceMap::lay(const SpaceNode& node, int ring, double start, double span, i
     qint64 shown = 0;
     for (const SpaceNode& kid : node.kids) {
         const double s = span * double(std::max<qint64>(kid.bytes, 0)) / double(total);
-        if (s < minSpan) continue;
+        if (s < minSpan) break;  // children come largest first: the rest are thinner still
         Slice slice;
         slice.name = kid.name;
         slice.path = kid.path;
