@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QListView>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -102,6 +103,9 @@ StoragePage::StoragePage(Model& model, QWidget* parent)
     connect(map_, &SpaceMap::clicked, this, [this](const QString& path) { model_.spaceReveal(path); });
     connect(map_, &SpaceMap::middleClicked, this, [this] { model_.spaceOut(); });
     connect(details_, &DetailsPane::reveal, this, [](const QString& path) { FileManager::show(path); });
+    // Move to Trash… from anywhere on the page, the map and the buttons too.
+    auto* trashKey = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Backspace), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+    connect(trashKey, &QShortcut::activated, trash_, &QPushButton::click);
     connect(&model_, &Model::keysTokenChanged, this, [this] {
         if (isVisible() && browser_->currentColumn()) browser_->currentColumn()->setFocus();
     });

@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
+#include <limits>
 
 #include "model/model.h"
 #include "ui/theme/theme.h"
@@ -196,6 +197,16 @@ bool ColumnBrowser::eventFilter(QObject* watched, QEvent* event) {
     case Qt::Key_K: model_.spaceStep(none ? 1 : -1); return true;
     case Qt::Key_Down:
     case Qt::Key_J: model_.spaceStep(1); return true;
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown: {
+        // A page of rows, as the list shows them.
+        auto* view = static_cast<QListView*>(watched);
+        const int rows = std::max(1, view->viewport()->height() / std::max(1, view->sizeHintForRow(0)) - 1);
+        model_.spaceStep(key->key() == Qt::Key_PageUp ? -rows : rows);
+        return true;
+    }
+    case Qt::Key_Home: model_.spaceStep(std::numeric_limits<int>::min() / 2); return true;
+    case Qt::Key_End: model_.spaceStep(std::numeric_limits<int>::max() / 2); return true;
     case Qt::Key_Backspace:
         if (key->modifiers() & Qt::ControlModifier) {
             if (!none) model_.askTrash(*model_.spaceSelection());
