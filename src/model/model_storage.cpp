@@ -241,23 +241,22 @@ void Model::recomputeClearable() {
 }
 
 void Model::readDetails(const SpaceNode& node) {
-    const QString path = node.path;
-    if (demo_) {  // the demonstration's items are not on this disk: the kind from the name alone
-        const QList<QMimeType> types = QMimeDatabase().mimeTypesForFileName(node.name);
-        assignSpaceDetails(SpaceDetails{path, kindOf(types.value(0), node.isDir), {}, node.modified, {}});
-        return;
-    }
-    const bool isDir = node.isDir;
+    // The file types' database is read from the disk on first use: even the demonstration asks
+    // it in the background, by name only, since its items are not on this disk.
     inBackground<SpaceDetails>(
         Priority::userInitiated, Job::details,
-        [path, isDir] {
-            const QFileInfo info(path);
+        [node, demo = demo_] {
+            if (demo) {
+                const QList<QMimeType> types = QMimeDatabase().mimeTypesForFileName(node.name);
+                return SpaceDetails{node.path, kindOf(types.value(0), node.isDir), {}, node.modified, {}};
+            }
+            const QFileInfo info(node.path);
             // Only a plain file is opened to tell its type: a pipe or a device could block, a link leads away.
             const bool plain = info.isFile() && !info.isSymLink();
-            const QMimeType type = isDir ? QMimeType()
-                                   : plain ? QMimeDatabase().mimeTypeForFile(info)
-                                           : QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension);
-            return SpaceDetails{path, kindOf(type, isDir || info.isDir()), known(info.birthTime()),
+            const QMimeType type = node.isDir ? QMimeType()
+                                   : plain    ? QMimeDatabase().mimeTypeForFile(info)
+                                              : QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension);
+            return SpaceDetails{node.path, kindOf(type, node.isDir || info.isDir()), known(info.birthTime()),
                                 known(info.lastModified()), known(info.lastRead())};
         },
         [this](SpaceDetails details) {

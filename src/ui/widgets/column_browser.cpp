@@ -161,9 +161,23 @@ void ColumnBrowser::refresh() {
         current->setFocus();
     if (grew || listing) {
         shownColumns_ = int(columns.size());
-        // The newest column in view, once the strip has its new width.
-        QTimer::singleShot(0, this, [this] { horizontalScrollBar()->setValue(horizontalScrollBar()->maximum()); });
+        QTimer::singleShot(0, this, &ColumnBrowser::showNewest);
     }
+}
+
+void ColumnBrowser::showNewest() {
+    // The newest columns in view, whole: the first one shown starts at the left edge, never cut.
+    const int step = columnWidth + layout_->spacing();
+    const int shown = int(model_.columns().size()) + (listingShown() ? 1 : 0);
+    const int fit = std::max(1, viewport()->width() / step);
+    const int left = std::max(0, shown - fit) * step;
+    strip_->setMinimumWidth(left + viewport()->width());
+    horizontalScrollBar()->setValue(left);
+}
+
+void ColumnBrowser::resizeEvent(QResizeEvent* event) {
+    QScrollArea::resizeEvent(event);
+    showNewest();
 }
 
 QListView* ColumnBrowser::currentColumn() const {

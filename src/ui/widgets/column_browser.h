@@ -27,10 +27,12 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QListView* addColumn();
     void clicked(int column, const QModelIndex& index);
+    void showNewest();
 
     Model& model_;
     QWidget* strip_;
