@@ -20,7 +20,10 @@ std::optional<QDateTime> known(const QDateTime& at) { return at.isValid() ? std:
 
 QString kindOf(const QMimeType& type, bool isDir) {
     if (isDir) return QObject::tr("Folder");
-    return type.isValid() && !type.isDefault() ? type.comment() : QObject::tr("Document");
+    if (!type.isValid() || type.isDefault() || type.comment().isEmpty()) return QObject::tr("Document");
+    QString kind = type.comment();  // "plain text document": shown on its own, so it starts as a sentence
+    kind[0] = kind[0].toUpper();
+    return kind;
 }
 
 }  // namespace

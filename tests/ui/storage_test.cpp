@@ -18,6 +18,7 @@
 #include "ui/pages/storage_page.h"
 #include "ui/widgets/column_browser.h"
 #include "ui/widgets/column_model.h"
+#include "ui/widgets/details_pane.h"
 #include "ui/widgets/space_map.h"
 
 using namespace ModelTest;
@@ -119,6 +120,10 @@ TEST(StoragePage, ColumnsFollowClicksKeysAndOnlyTheListingStillWanted) {
     page.modeButton(StorageMode::both)->click();
     QTest::qWait(1);
     click(browser, 0, "notes.txt");
+    // A file's kind and dates come from the disk through the model.
+    EXPECT_TRUE(waitFor([&] { return page.details()->lines().join('\n').contains("Kind\tPlain text document"); }))
+        << page.details()->lines().join('\n').toStdString();
+    EXPECT_TRUE(page.details()->lines().join('\n').contains("Modified\t"));
     QTest::keyClick(browser->currentColumn(), Qt::Key_Backspace, Qt::ControlModifier);
     ASSERT_TRUE(model->confirm());
     EXPECT_EQ(model->confirm()->paths, QStringList{home + "/notes.txt"});
