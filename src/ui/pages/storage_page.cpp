@@ -100,7 +100,9 @@ StoragePage::StoragePage(Model& model, QWidget* parent)
         if (model_.spaceSelection()) model_.askTrash(*model_.spaceSelection());
     });
     connect(group, &QButtonGroup::idClicked, this, [this](int id) { model_.setStorageMode(StorageMode(id)); });
-    connect(map_, &SpaceMap::clicked, this, [this](const QString& path) { model_.spaceReveal(path); });
+    connect(map_, &SpaceMap::clicked, this, [this](const QString& path) {
+        if (path != map_->folder().path) model_.spaceReveal(path);  // "smaller items" of the folder shown: already open
+    });
     connect(map_, &SpaceMap::middleClicked, this, [this] { model_.spaceOut(); });
     connect(details_, &DetailsPane::reveal, this, [](const QString& path) { FileManager::show(path); });
     // Move to Trash… from anywhere on the page, the map and the buttons too.
