@@ -2,7 +2,9 @@
 # The window's speed in one run, beside its goals: launch to the first painted window (the
 # demonstration, offscreen, and under Xvfb when it is installed), the longest time the main thread
 # did not answer while a generated home of about 300,000 files is scanned with Clean open, and
-# opening and paging through a row of 10,000 parts.
+# opening and paging through a row of 10,000 parts, and Storage on a home of about a million files:
+# the longest stall while stepping through its columns with the map following the selection, the
+# map's layout and redraw, and the window's peak memory.
 #
 #   bench/window-bench.sh            (homes made under /var/tmp/quarle-bench when missing)
 #
@@ -19,6 +21,8 @@ bench="$repo/build/bench/window_bench"
 
 machome=$base/machome
 [[ -d $machome ]] || python3 "$here/tools/gen_mac_home.py" "$machome"
+bighome=$base/bighome
+[[ -d $bighome ]] || "$here/tools/gen_big_home.sh" "$bighome"
 parts=$base/partshome
 if [[ ! -d $parts ]]; then
     python3 - "$parts" <<'PY'
@@ -48,6 +52,8 @@ if command -v xvfb-run >/dev/null; then
 fi
 read -r stall over < <(run env QUARLE_ROOT="$machome" "$bench" stall)
 read -r count open slowest middle < <(run env QUARLE_ROOT="$parts" "$bench" parts)
+read -r sstall sover layout redraw widest memory < <(run env QUARLE_ROOT="$bighome" \
+    QUARLE_BENCH_WIDE="$bighome/Downloads/flat" "$bench" storage)
 
 printf '%-52s %12s %12s\n' "" "measured" "goal"
 printf '%-52s %9s ms %12s\n' "launch to first painted window, offscreen (median)" "$offscreen" "< 500 ms"
@@ -57,4 +63,10 @@ printf '%-52s %12s %12s\n' "  stalls above 50 ms" "$over" "0"
 printf '%-52s %9s ms %12s\n' "open a row of $count parts" "$open" ""
 printf '%-52s %9s ms %12s\n' "  slowest frame paging through it" "$slowest" "< 16 ms"
 printf '%-52s %9s ms %12s\n' "  median frame" "$middle" "< 16 ms"
+printf '%-52s %9s ms %12s\n' "Storage: longest stall, columns and map, 1M files" "$sstall" "< 50 ms"
+printf '%-52s %12s %12s\n' "  stalls above 50 ms" "$sover" "0"
+printf '%-52s %9s ms %12s\n' "  map layout when the selection changes (slowest)" "$layout" ""
+printf '%-52s %9s ms %12s\n' "  map redraw (slowest)" "$redraw" "< 16 ms"
+printf '%-52s %12s %12s\n' "  entries in the widest column" "$widest" ""
+printf '%-52s %9s MB %12s\n' "  window's peak memory with that home" "$memory" "< 200 MB"
 echo "(cores: $(nproc), load: $(cut -d' ' -f1 /proc/loadavg); the walk runs QUARLE_WALK_THREADS threads, default 8)"

@@ -4,17 +4,26 @@
 //                              QUARLE_ROOT is scanned with Clean open (ms), and how many such gaps > 50 ms
 //   window_bench parts         opening Clean's row with the most parts, and the slowest and the median
 //                              frame while paging through it (ms)
+//   window_bench storage       stepping through Storage's columns with the map beside them on the home
+//                              of QUARLE_ROOT, opening its largest folder listed on demand: the longest
+//                              main-thread stall (ms), stalls > 50 ms, the slowest map layout and
+//                              redraw (ms), the most entries in one column, and the peak memory (MB)
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QScrollBar>
 #include <QTimer>
 #include <QTreeView>
+#include <QFile>
+#include <QListView>
 #include <algorithm>
 #include <cstdio>
 
 #include "model/model.h"
 #include "ui/pages/clean_page.h"
+#include "ui/pages/storage_page.h"
+#include "ui/widgets/column_browser.h"
+#include "ui/widgets/space_map.h"
 #include "ui/theme/theme.h"
 #include "ui/widgets/finding_model.h"
 #include "ui/window/main_window.h"
@@ -128,6 +137,95 @@ int parts(int& argc, char** argv) {
     return 0;
 }
 
+// The peak resident memory of this process, in MB.
+long peakMegabytes() {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly)) return -1;
+    for (const QByteArray& line : status.readAll().split('\n'))
+        if (line.startsWith("VmHWM:")) return line.mid(6).trimmed().split(' ').value(0).toLong() / 1024;
+    return -1;
+}
+
+int storage(int& argc, char** argv) {
+    QApplication app(argc, argv);
+    Theme::rememberSystem();
+    Model model;
+    Theme::apply(model.appearance());
+    model.setStorageMode(StorageMode::both);
+    MainWindow window(model);
+    window.show();
+    model.start();
+    wait([&] { return model.scan().has_value() && !model.scanning(); });
+    model.setPage(Page::space);
+    wait([] { return false; }, 500);
+    auto* page = static_cast<StoragePage*>(window.page(Page::space));
+    SpaceMap* map = page->map();
+
+    // The steps a person takes: into each folder of the home, down its list, in and out again;
+    // then the folder the scan summed as a whole with the most entries, listed on demand.
+    QList<std::function<void()>> steps;
+    const QList<SpaceNode> top = model.scan()->home.kids;
+    for (const SpaceNode& folder : top) {
+        if (!folder.isDir) continue;
+        steps << [&model, folder] { model.open(folder, 0, true); };
+        for (int i = 0; i < 3; ++i) {
+            steps << [&model] { model.spaceIn(); };
+            for (int k = 0; k < 4; ++k) steps << [&model] { model.spaceStep(1); };
+        }
+        steps << [&model] { model.spaceOut(); } << [&model] { model.spaceOut(); } << [&model] { model.spaceGoBack(); };
+    }
+    const QString flat = qEnvironmentVariable("QUARLE_BENCH_WIDE");
+    if (!flat.isEmpty()) {
+        steps << [&model, flat] { model.spaceReveal(flat); };
+        steps << [&model] { wait([&] { return !model.columnLoading(); }); };
+        steps << [&model] { model.spaceIn(); };
+        for (int k = 0; k < 20; ++k) steps << [&model] { model.spaceStep(1); };
+        steps << [&model] { model.spaceOut(); };
+    }
+
+    QElapsedTimer clock;
+    clock.start();
+    qint64 last = 0, longest = 0;
+    int over = 0, at = 0;
+    QTimer tick;
+    tick.setInterval(1);
+    QObject::connect(&tick, &QTimer::timeout, [&] {
+        const qint64 now = clock.elapsed();
+        longest = std::max(longest, now - last);
+        over += now - last > 50;
+        if (qEnvironmentVariableIsSet("QUARLE_BENCH_VERBOSE") && now - last > 50)
+            std::fprintf(stderr, "stall of %lld ms at step %d\n", now - last, at);
+        last = now;
+    });
+    double layout = 0, redraw = 0;
+    int widest = 0;
+    tick.start();
+    for (const auto& step : steps) {
+        ++at;
+        if (qEnvironmentVariableIsSet("QUARLE_BENCH_VERBOSE") && model.spaceSelection())
+            std::fprintf(stderr, "step %d: %s\n", at, qPrintable(model.spaceSelection()->path));
+        step();
+        wait([] { return false; }, 40);  // the page folds the change, repaints, the map follows
+        // The map once more, timed on its own: laying out the slices, then a full redraw.
+        if (const SpaceNode* folder = &map->folder(); !folder->path.isEmpty()) {
+            const SpaceNode copy = *folder;
+            QElapsedTimer t;
+            t.start();
+            map->setFolder(SpaceNode{});
+            map->setFolder(copy);
+            layout = std::max(layout, t.nsecsElapsed() / 1e6);
+            t.restart();
+            map->repaint();
+            redraw = std::max(redraw, t.nsecsElapsed() / 1e6);
+        }
+        for (int c = 0; c < page->browser()->columnCount(); ++c)
+            widest = std::max(widest, page->browser()->column(c)->model()->rowCount());
+        last = clock.elapsed();  // the timed redraw above is not a stall of the page's own
+    }
+    std::printf("%lld %d %.2f %.2f %d %ld\n", longest, over, layout, redraw, widest, peakMegabytes());
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -136,6 +234,7 @@ int main(int argc, char** argv) {
     if (mode == "first-paint") return firstPaint(argc, argv);
     if (mode == "stall") return stall(argc, argv);
     if (mode == "parts") return parts(argc, argv);
-    std::fprintf(stderr, "usage: window_bench first-paint|stall|parts\n");
+    if (mode == "storage") return storage(argc, argv);
+    std::fprintf(stderr, "usage: window_bench first-paint|stall|parts|storage\n");
     return 2;
 }

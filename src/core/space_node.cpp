@@ -101,7 +101,9 @@ void SpaceNode::setKids(const QString& p, QList<SpaceNode> newKids, bool create)
         node->kids.append(folderNode(node->path, nextComponent(node->path, p)));
         node = &node->kids.last();
     }
-    sortBySize(newKids);
+    // A listing comes largest first already: checked without copying a list another holder shares.
+    const auto larger = [](const SpaceNode& a, const SpaceNode& b) { return a.bytes > b.bytes; };
+    if (!std::is_sorted(newKids.cbegin(), newKids.cend(), larger)) sortBySize(newKids);
     if (create && node->bytes == 0) {
         qint64 sum = 0;
         for (const SpaceNode& k : newKids) sum = Checked::add(sum, k.bytes);

@@ -10,7 +10,7 @@
 #include <functional>
 
 // The kinds of background work of the model.
-enum class Job { scan, early, derive, expiry, removal, restore, emptying, apps, loginItems, listing, refresh, refind };
+enum class Job { scan, early, derive, expiry, removal, restore, emptying, apps, loginItems, listing, refresh, refind, details };
 
 class Landings {
 public:

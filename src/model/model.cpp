@@ -15,6 +15,7 @@ const QString showMenuBarKey = QStringLiteral("showMenuBar");
 const QString appearanceKey = QStringLiteral("appearance");
 const QString welcomedKey = QStringLiteral("welcomed");
 const QString appSortKey = QStringLiteral("appSort");
+const QString storageModeKey = QStringLiteral("storageMode");
 
 QSet<QString> stringSet(const QString& key) {
     const QStringList list = Prefs::stringList(key);
@@ -50,6 +51,7 @@ Model::Model(ModelServices services, QObject* parent)
     appearance_ = appearanceFromRaw(Prefs::value(appearanceKey).toString()).value_or(Appearance::system);
     keepDays_ = storedKeepDays();
     appSort_ = appSortFromRaw(Prefs::value(appSortKey).toString()).value_or(AppSort::size);
+    storageMode_ = storageModeFromRaw(Prefs::value(storageModeKey).toString()).value_or(StorageMode::both);
     page_ = Page::home;
 }
 
@@ -107,6 +109,11 @@ void Model::setAppSort(AppSort order) {
     assignAppSort(order);
 }
 
+void Model::setStorageMode(StorageMode mode) {
+    savePref(storageModeKey, rawValue(mode));
+    assignStorageMode(mode);
+}
+
 void Model::closeWelcome() {
     savePref(welcomedKey, true);
     assignShowWelcome(false);
@@ -161,8 +168,23 @@ QString rawValue(AppSort order) {
     return {};
 }
 
+QString rawValue(StorageMode m) {
+    switch (m) {
+        case StorageMode::columns: return QStringLiteral("columns");
+        case StorageMode::map: return QStringLiteral("map");
+        case StorageMode::both: return QStringLiteral("both");
+    }
+    return {};
+}
+
 std::optional<AppSort> appSortFromRaw(const QString& raw) {
     for (AppSort order : {AppSort::size, AppSort::name, AppSort::lastUsed})
         if (rawValue(order) == raw) return order;
+    return std::nullopt;
+}
+
+std::optional<StorageMode> storageModeFromRaw(const QString& raw) {
+    for (StorageMode m : {StorageMode::columns, StorageMode::map, StorageMode::both})
+        if (rawValue(m) == raw) return m;
     return std::nullopt;
 }

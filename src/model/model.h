@@ -33,6 +33,7 @@
 #include "model/observed.h"
 #include "model/page.h"
 #include "model/services.h"
+#include "model/space_details.h"
 #include "removal/history_store.h"
 #include "scan/early_rows.h"
 #include "scan/scan_data.h"
@@ -61,6 +62,8 @@ public:
     void setAppearance(Appearance appearance);
     // The Apps page's order (the "appSort" preference).
     void setAppSort(AppSort order);
+    // What the Storage page shows (the "storageMode" preference).
+    void setStorageMode(StorageMode mode);
     // The welcome sheet was read; it does not open again by itself.
     void closeWelcome();
     // Opens the welcome sheet again (Settings offers it).
@@ -154,6 +157,9 @@ public:
     void recomputeClearable();
     SpaceStep rebuilt(const QList<SpaceNode>& columns, const std::optional<SpaceNode>& selection) const;
     void refreshLazyColumns();
+    // Fills `spaceDetails` for `node` in the background (dates and kind read from the disk); a
+    // reading that lands after the selection moved elsewhere is dropped.
+    void readDetails(const SpaceNode& node);
 
     // Where background results land; tests hold and release them.
     Landings& landings() { return landings_; }
@@ -196,6 +202,8 @@ public:
     QUARLE_OBSERVED(QList<SpaceStep>, spaceForward, assignSpaceForward)
     QUARLE_OBSERVED(Clearable, clearableIn, assignClearableIn)
     QUARLE_OBSERVED(bool, columnLoading, assignColumnLoading)
+    QUARLE_OBSERVED(std::optional<SpaceDetails>, spaceDetails, assignSpaceDetails)
+    QUARLE_OBSERVED(StorageMode, storageMode, assignStorageMode)
     QUARLE_OBSERVED(QList<HistoryEntry>, history, assignHistory)
     QUARLE_OBSERVED(std::optional<Confirm>, confirm, assignConfirm)
     QUARLE_OBSERVED(std::optional<QString>, toast, assignToast)

@@ -1,6 +1,8 @@
 // The Storage page: columns of the home tree, back and forward, folders listed on demand, how much
 // of each folder is ticked for clearing, and moving one item to the Trash.
 
+#include <QFileInfo>
+#include <QMimeDatabase>
 #include <algorithm>
 
 #include "core/checked.h"
@@ -13,6 +15,16 @@
 namespace {
 
 constexpr qsizetype backSteps = 100;
+
+std::optional<QDateTime> known(const QDateTime& at) { return at.isValid() ? std::optional(at.toUTC()) : std::nullopt; }
+
+QString kindOf(const QMimeType& type, bool isDir) {
+    if (isDir) return QObject::tr("Folder");
+    if (!type.isValid() || type.isDefault() || type.comment().isEmpty()) return QObject::tr("Document");
+    QString kind = type.comment();  // "plain text document": shown on its own, so it starts as a sentence
+    kind[0] = kind[0].toUpper();
+    return kind;
+}
 
 }  // namespace
 
@@ -229,4 +241,28 @@ void Model::recomputeClearable() {
         }
     }
     assignClearableIn(std::move(in));
+}
+
+void Model::readDetails(const SpaceNode& node) {
+    // The file types' database is read from the disk on first use: even the demonstration asks
+    // it in the background, by name only, since its items are not on this disk.
+    inBackground<SpaceDetails>(
+        Priority::userInitiated, Job::details,
+        [node, demo = demo_] {
+            if (demo) {
+                const QList<QMimeType> types = QMimeDatabase().mimeTypesForFileName(node.name);
+                return SpaceDetails{node.path, kindOf(types.value(0), node.isDir), {}, node.modified, {}};
+            }
+            const QFileInfo info(node.path);
+            // Only a plain file is opened to tell its type: a pipe or a device could block, a link leads away.
+            const bool plain = info.isFile() && !info.isSymLink();
+            const QMimeType type = node.isDir ? QMimeType()
+                                   : plain    ? QMimeDatabase().mimeTypeForFile(info)
+                                              : QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension);
+            return SpaceDetails{node.path, kindOf(type, node.isDir || info.isDir()), known(info.birthTime()),
+                                known(info.lastModified()), known(info.lastRead())};
+        },
+        [this](SpaceDetails details) {
+            if (spaceSelection_ && spaceSelection_->path == details.path) assignSpaceDetails(std::move(details));
+        });
 }

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QListView>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTextStream>
@@ -19,9 +20,12 @@
 #include "ui/hooks/watchdog.h"
 #include "ui/pages/apps_page.h"
 #include "ui/pages/clean_page.h"
+#include "ui/pages/storage_page.h"
+#include "ui/theme/theme.h"
 #include "ui/tray/tray_icon.h"
 #include "ui/widgets/app_detail.h"
-#include "ui/theme/theme.h"
+#include "ui/widgets/column_browser.h"
+#include "ui/widgets/space_map.h"
 #include "ui/window/main_window.h"
 #include "ui/window/modal_host.h"
 #include "ui/window/sidebar.h"
@@ -58,6 +62,7 @@ private:
     }
     void pages();
     void cleanKeys();
+    void storageKeys();
     // Opens the confirmation sheet with `open`, cancels it with Escape; what did not hold.
     QString sheetCancelled(const std::function<void()>& open);
     void confirmation();
@@ -161,6 +166,57 @@ void Driver::cleanKeys() {
         const bool found = waitFor([&] { return page->find()->hasFocus(); }, 1000);
         key(page->find(), Qt::Key_Escape);
         return found && view->hasFocus() ? QString() : QStringLiteral("the find field focused, then the rows");
+    });
+}
+
+void Driver::storageKeys() {
+    model_.setPage(Page::space);
+    settle(100);
+    auto* page = qobject_cast<StoragePage*>(window_.page(Page::space));
+    const QList<SpaceNode> top = model_.columns().isEmpty() ? QList<SpaceNode>() : model_.columns().first().kids;
+    const auto folder = std::find_if(top.begin(), top.end(), [](const SpaceNode& n) { return n.isDir && n.kids.size() > 1; });
+    if (!page || folder == top.end()) {
+        skip(QStringLiteral("the Storage page's keys"), QStringLiteral("no folder of two items or more at the top of the home"));
+        return;
+    }
+    const QString start = folder->path;
+    model_.open(*folder, 0, true);
+    settle(50);
+    const auto keys = [&](int k, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+        QListView* column = page->browser()->currentColumn();
+        column->setFocus();
+        key(column, k, mods);
+    };
+    const auto at = [&] { return model_.spaceSelection() ? model_.spaceSelection()->path : QString(); };
+    step(QStringLiteral("Right opens a folder in Storage, Down moves in it, Left comes back out"), [&] {
+        keys(Qt::Key_Right);
+        const bool in = model_.selectionColumn() == 1;
+        const QString first = at();
+        keys(Qt::Key_Down);
+        const bool moved = at() != first;
+        keys(Qt::Key_Left);
+        return in && moved && at() == start ? QString() : QStringLiteral("into the folder, one down, and out again");
+    });
+    step(QStringLiteral("Alt+Left goes back in Storage, Alt+Right forward"), [&] {
+        keys(Qt::Key_Left, Qt::AltModifier);
+        const bool back = at() != start;
+        keys(Qt::Key_Right, Qt::AltModifier);
+        return back && at() == start ? QString() : QStringLiteral("one step back and forward again");
+    });
+    step(QStringLiteral("a click on the map opens that folder in the columns"), [&] {
+        settle(50);
+        SpaceMap* map = page->map();
+        const QList<SpaceMap::Slice>& slices = map->slices();
+        const auto slice = std::find_if(slices.begin(), slices.end(), [](const SpaceMap::Slice& s) { return s.isDir && !s.folded; });
+        if (slice == slices.end()) return QStringLiteral("a folder on the map");
+        const QString path = slice->path;
+        const QPointF point = map->pointIn(int(slice - slices.begin()));
+        for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent click(type, point, map->mapToGlobal(point), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(map, &click);
+        }
+        settle(30);
+        return at() == path && map->folder().path == path ? QString() : QStringLiteral("%1 selected and mapped").arg(path);
     });
 }
 
@@ -338,6 +394,7 @@ Report Driver::run() {
     step(QStringLiteral("the first scan"), [this] { return scanFinished(30 * 60 * 1000); });
     pages();
     cleanKeys();
+    storageKeys();
     confirmation();
     questions();
     if (model_.demo())

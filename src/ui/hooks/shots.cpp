@@ -60,6 +60,20 @@ std::optional<InstalledApp> mostBadges(const QList<InstalledApp>& apps) {
     return best;
 }
 
+// Storage opened at a folder below the home (given relative to it), or the largest way down.
+void openStorage(Model& model, const QString& relative) {
+    if (!model.scan()) return;
+    const SpaceNode& home = model.scan()->home;
+    if (home.find(home.path + QLatin1Char('/') + relative)) return model.spaceReveal(home.path + QLatin1Char('/') + relative);
+    const SpaceNode* at = &home;
+    for (int depth = 0; depth < 2; ++depth) {
+        const auto next = std::find_if(at->kids.begin(), at->kids.end(), [](const SpaceNode& k) { return k.isDir && !k.kids.isEmpty(); });
+        if (next == at->kids.end()) break;
+        at = &*next;
+    }
+    model.spaceReveal(at->path);
+}
+
 bool save(const QPixmap& picture, const QString& dir, const QString& name) {
     const QString file = QDir(dir).filePath(name + ".png");
     if (picture.save(file)) return true;
@@ -88,6 +102,8 @@ void take(MainWindow& window, Model& model, const QString& dir) {
             Theme::apply(appearance);
             const QString palette = QLatin1Char('-') + QLatin1String(name);
             for (int i = 0; i < pageCount; ++i) {
+                // Storage three columns deep beside the map of the folder chosen.
+                if (Page(i) == Page::space) openStorage(model, QStringLiteral("Library/Developer"));
                 model.setPage(Page(i));
                 // Clean with its first row open, to show parts with their own ticks and notes.
                 if (auto* clean = qobject_cast<CleanPage*>(window.page(Page(i))); clean && Page(i) == Page::clean)
@@ -101,6 +117,15 @@ void take(MainWindow& window, Model& model, const QString& dir) {
                     settle(60);
                 }
                 failed += !save(window.grab(), dir, pageSlug(Page(i)) + palette);
+                // Storage's map alone, as its mode shows it.
+                if (Page(i) == Page::space) {
+                    const StorageMode mode = model.storageMode();
+                    model.setStorageMode(StorageMode::map);
+                    openStorage(model, QStringLiteral("Library"));
+                    settle(120);
+                    failed += !save(window.grab(), dir, "storage-map" + palette);
+                    model.setStorageMode(mode);
+                }
                 // The confirmation of the Clean page's ticked rows once.
                 if (Page(i) == Page::clean && appearance == Appearance::night && !model.scanning()) {
                     model.askClean(false);

@@ -30,7 +30,15 @@ public:
 // Column headings as quiet labels over a hairline rather than raised buttons.
 const char* sheet = "QHeaderView { background: palette(base); border: none; }"
                     "QHeaderView::section { background: palette(base); color: palette(window-text);"
-                    " border: none; border-bottom: 1px solid palette(mid); padding: 2px 3px; font-weight: 600; }";
+                    " border: none; border-bottom: 1px solid palette(mid); padding: 2px 3px; font-weight: 600; }"
+                    // Buttons of one choice joined into a segmented control.
+                    "QToolButton[segment=\"first\"], QToolButton[segment=\"middle\"], QToolButton[segment=\"last\"] {"
+                    " border: 1px solid palette(mid); border-left: none; background: palette(button); padding: 3px 12px; }"
+                    "QToolButton[segment=\"first\"]:checked, QToolButton[segment=\"middle\"]:checked,"
+                    " QToolButton[segment=\"last\"]:checked { background: palette(highlight); color: palette(highlighted-text); }"
+                    "QToolButton[segment=\"first\"] { border-left: 1px solid palette(mid);"
+                    " border-top-left-radius: 6px; border-bottom-left-radius: 6px; }"
+                    "QToolButton[segment=\"last\"] { border-top-right-radius: 6px; border-bottom-right-radius: 6px; }";
 
 QPalette systemPalette;
 bool remembered = false;

@@ -13,6 +13,7 @@
 #include "ui/pages/home_page.h"
 #include "ui/pages/placeholder_page.h"
 #include "ui/pages/settings_page.h"
+#include "ui/pages/storage_page.h"
 #include "ui/pages/system_page.h"
 #include "ui/theme/theme.h"
 #include "ui/window/modal_host.h"
@@ -35,6 +36,7 @@ MainWindow::MainWindow(Model& model, QWidget* parent)
         if (p == Page::home) stack_->addWidget(new HomePage(model_, stack_));
         else if (p == Page::clean || p == Page::developer)
             stack_->addWidget(new CleanPage(model_, p == Page::developer, stack_));
+        else if (p == Page::space) stack_->addWidget(new StoragePage(model_, stack_));
         else if (p == Page::history) stack_->addWidget(new HistoryPage(model_, stack_));
         else if (p == Page::settings) stack_->addWidget(new SettingsPage(model_, stack_));
         else if (p == Page::system) stack_->addWidget(new SystemPage(model_, stack_));
