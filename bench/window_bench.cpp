@@ -64,6 +64,33 @@ int firstPaint(int& argc, char** argv) {
     return paint.at < 0;
 }
 
+// A timer asks to run every millisecond; the gaps between its runs are the main thread's stalls.
+struct StallMeter {
+    QElapsedTimer clock;
+    QTimer tick;
+    qint64 last = 0, longest = 0;
+    int over = 0;
+    std::function<QString()> where;  // for QUARLE_BENCH_VERBOSE: what was going on
+
+    StallMeter() {
+        tick.setInterval(1);
+        QObject::connect(&tick, &QTimer::timeout, [this] {
+            const qint64 now = clock.elapsed();
+            longest = std::max(longest, now - last);
+            over += now - last > 50;
+            if (qEnvironmentVariableIsSet("QUARLE_BENCH_VERBOSE") && now - last > 50)
+                std::fprintf(stderr, "stall of %lld ms %s\n", now - last, qPrintable(where ? where() : QString()));
+            last = now;
+        });
+    }
+    void start() {
+        clock.start();
+        tick.start();
+    }
+    // Time the bench spent on purpose (a timed redraw) is not a stall.
+    void skip() { last = clock.elapsed(); }
+};
+
 int stall(int& argc, char** argv) {
     QApplication app(argc, argv);
     Theme::rememberSystem();
@@ -73,26 +100,13 @@ int stall(int& argc, char** argv) {
     model.setPage(Page::clean);
     window.show();
     wait([] { return false; }, 300);  // the window's own first paint is another figure
-    // A timer asks to run every millisecond; the gaps between its runs are the main thread's stalls.
-    QElapsedTimer clock;
-    clock.start();
-    qint64 last = 0, longest = 0;
-    int over = 0;
-    QTimer tick;
-    tick.setInterval(1);
-    QObject::connect(&tick, &QTimer::timeout, [&] {
-        const qint64 now = clock.elapsed();
-        longest = std::max(longest, now - last);
-        over += now - last > 50;
-        if (qEnvironmentVariableIsSet("QUARLE_BENCH_VERBOSE") && now - last > 50)
-            std::fprintf(stderr, "stall of %lld ms at %lld ms\n", now - last, now);
-        last = now;
-    });
-    tick.start();
+    StallMeter meter;
+    meter.where = [&] { return QStringLiteral("at %1 ms").arg(meter.clock.elapsed()); };
+    meter.start();
     model.start();
     wait([&] { return model.scan().has_value() && !model.scanning(); });
     wait([] { return false; }, 500);  // the result lands and the pages redraw
-    std::printf("%lld %d\n", longest, over);
+    std::printf("%lld %d\n", meter.longest, meter.over);
     return 0;
 }
 
@@ -183,23 +197,12 @@ int storage(int& argc, char** argv) {
         steps << [&model] { model.spaceOut(); };
     }
 
-    QElapsedTimer clock;
-    clock.start();
-    qint64 last = 0, longest = 0;
-    int over = 0, at = 0;
-    QTimer tick;
-    tick.setInterval(1);
-    QObject::connect(&tick, &QTimer::timeout, [&] {
-        const qint64 now = clock.elapsed();
-        longest = std::max(longest, now - last);
-        over += now - last > 50;
-        if (qEnvironmentVariableIsSet("QUARLE_BENCH_VERBOSE") && now - last > 50)
-            std::fprintf(stderr, "stall of %lld ms at step %d\n", now - last, at);
-        last = now;
-    });
+    int at = 0;
+    StallMeter meter;
+    meter.where = [&] { return QStringLiteral("at step %1").arg(at); };
     double layout = 0, redraw = 0;
     int widest = 0;
-    tick.start();
+    meter.start();
     for (const auto& step : steps) {
         ++at;
         if (qEnvironmentVariableIsSet("QUARLE_BENCH_VERBOSE") && model.spaceSelection())
@@ -220,9 +223,9 @@ int storage(int& argc, char** argv) {
         }
         for (int c = 0; c < page->browser()->columnCount(); ++c)
             widest = std::max(widest, page->browser()->column(c)->model()->rowCount());
-        last = clock.elapsed();  // the timed redraw above is not a stall of the page's own
+        meter.skip();  // the timed redraw above is not a stall of the page's own
     }
-    std::printf("%lld %d %.2f %.2f %d %ld\n", longest, over, layout, redraw, widest, peakMegabytes());
+    std::printf("%lld %d %.2f %.2f %d %ld\n", meter.longest, meter.over, layout, redraw, widest, peakMegabytes());
     return 0;
 }
 

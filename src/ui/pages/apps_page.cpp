@@ -15,10 +15,11 @@
 #include "ui/widgets/app_delegate.h"
 #include "ui/widgets/app_detail.h"
 #include "ui/widgets/app_list_model.h"
+#include "ui/widgets/find_field.h"
 
 AppsPage::AppsPage(Model& model, QWidget* parent)
     : QWidget(parent), model_(model), rows_(new AppListModel(model, this)), view_(new QListView(this)),
-      detail_(new AppDetail(model, this)), sort_(new QComboBox(this)), find_(new QLineEdit(this)), content_(new QWidget(this)),
+      detail_(new AppDetail(model, this)), sort_(new QComboBox(this)), find_(new FindField(model, view_, tr("an app"), this)), content_(new QWidget(this)),
       waiting_(new QWidget(this)), spinner_(new QProgressBar(waiting_)), state_(new QLabel(waiting_)),
       fold_(new QTimer(this)) {
     auto* layout = new QVBoxLayout(this);
@@ -28,11 +29,7 @@ AppsPage::AppsPage(Model& model, QWidget* parent)
     heading->setFont(Theme::titleFont());
     auto* top = new QHBoxLayout;
     top->addWidget(heading, 1);
-    find_->setPlaceholderText(tr("Find an app (Ctrl+F)"));
-    find_->setClearButtonEnabled(true);
-    find_->setAccessibleName(tr("Find an app"));
     find_->setFixedWidth(220);
-    find_->installEventFilter(this);
     top->addWidget(find_, 0, Qt::AlignVCenter);
     top->addSpacing(Theme::gap);
     sortLabel_ = new QLabel(tr("Sort by"), this);
@@ -88,14 +85,6 @@ AppsPage::AppsPage(Model& model, QWidget* parent)
         if (const Orphan* o = rows_->orphanAt(current); o && model_.orphanFocus() != o->id()) model_.focusOrphan(*o);
     });
     connect(find_, &QLineEdit::textChanged, this, &AppsPage::applyFind);
-    connect(&model_, &Model::findTokenChanged, this, [this] {
-        if (!isVisible()) return;
-        find_->setFocus();
-        find_->selectAll();
-    });
-    connect(&model_, &Model::keysTokenChanged, this, [this] {
-        if (isVisible()) view_->setFocus();
-    });
     fold_->setSingleShot(true);
     fold_->setInterval(0);
     connect(fold_, &QTimer::timeout, this, &AppsPage::refresh);
@@ -170,15 +159,6 @@ void AppsPage::followFocus() {
 bool AppsPage::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
     const auto* key = static_cast<QKeyEvent*>(event);
-    // In the find field Escape clears it, and Down or Return go on to the apps it left.
-    if (watched == find_) {
-        if (key->key() == Qt::Key_Escape) find_->clear();
-        if (key->key() != Qt::Key_Escape && key->key() != Qt::Key_Down && key->key() != Qt::Key_Return &&
-            key->key() != Qt::Key_Enter)
-            return QWidget::eventFilter(watched, event);
-        view_->setFocus();
-        return true;
-    }
     QListView* leftovers = detail_->leftovers();
     if (key->key() == Qt::Key_Backspace && key->modifiers() & Qt::ControlModifier) {
         detail_->removeButton()->click();

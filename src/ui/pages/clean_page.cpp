@@ -15,12 +15,13 @@
 #include "core/home.h"
 #include "model/model.h"
 #include "ui/theme/theme.h"
+#include "ui/widgets/find_field.h"
 #include "ui/widgets/finding_delegate.h"
 #include "ui/widgets/finding_model.h"
 
 CleanPage::CleanPage(Model& model, bool developerOnly, QWidget* parent)
     : QWidget(parent), model_(model), developerOnly_(developerOnly), rows_(new FindingModel(model, developerOnly, this)),
-      view_(new QTreeView(this)), find_(new QLineEdit(this)), empty_(new QLabel(this)), total_(new QLabel(this)),
+      view_(new QTreeView(this)), find_(new FindField(model, view_, tr("a row"), this)), empty_(new QLabel(this)), total_(new QLabel(this)),
       suggest_(new QPushButton(tr("Select suggested"), this)), trash_(new QPushButton(tr("Move to Trash…"), this)),
       fold_(new QTimer(this)) {
     auto* layout = new QVBoxLayout(this);
@@ -33,11 +34,7 @@ CleanPage::CleanPage(Model& model, bool developerOnly, QWidget* parent)
                            this);
     sub->setForegroundRole(QPalette::PlaceholderText);
     sub->setWordWrap(true);
-    find_->setPlaceholderText(tr("Find a row (Ctrl+F)"));
-    find_->setClearButtonEnabled(true);
-    find_->setAccessibleName(tr("Find a row"));
     find_->setFixedWidth(260);
-    find_->installEventFilter(this);
     auto* top = new QHBoxLayout;
     top->addWidget(heading, 1);
     top->addWidget(find_, 0, Qt::AlignBottom);
@@ -81,14 +78,6 @@ CleanPage::CleanPage(Model& model, bool developerOnly, QWidget* parent)
     });
     // After a sheet closes, the keys go back to the rows.
     connect(find_, &QLineEdit::textChanged, this, &CleanPage::applyFind);
-    connect(&model_, &Model::findTokenChanged, this, [this] {
-        if (!isVisible()) return;
-        find_->setFocus();
-        find_->selectAll();
-    });
-    connect(&model_, &Model::keysTokenChanged, this, [this] {
-        if (isVisible()) view_->setFocus();
-    });
     fold_->setSingleShot(true);
     fold_->setInterval(0);
     connect(fold_, &QTimer::timeout, this, &CleanPage::refresh);
@@ -185,15 +174,6 @@ void CleanPage::openMenu(const QPoint& at) {
 }
 
 bool CleanPage::eventFilter(QObject* watched, QEvent* event) {
-    // In the find field Escape clears it, and Down or Return go on to the rows it left.
-    if (watched == find_ && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Escape) find_->clear();
-        if (key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter) {
-            view_->setFocus();
-            return true;
-        }
-    }
     if (watched == view_ && event->type() == QEvent::KeyPress) {
         auto* key = static_cast<QKeyEvent*>(event);
         // j and k move like Down and Up.
