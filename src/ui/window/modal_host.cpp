@@ -24,6 +24,18 @@ void opened(Dialog* dialog, Model& model) {
     dialog->open();
 }
 
+// Shows the dialog of the model's pending confirmation or question: the one already open when it is
+// the same, a new one in place of another.
+template <class Dialog, class Pending>
+void follow(QPointer<Dialog>& shown, const std::optional<Pending>& pending, Model& model, QWidget* window) {
+    if (pending && shown && shown->property("id").toUuid() == pending->id) return;
+    retire(shown);
+    if (!pending) return;
+    shown = new Dialog(model, *pending, window);
+    shown->setProperty("id", pending->id);
+    opened(shown.data(), model);
+}
+
 }  // namespace
 
 ModalHost::ModalHost(Model& model, QWidget* window) : QObject(window), model_(model), window_(window) {
@@ -46,22 +58,6 @@ void ModalHost::followWelcome() {
     opened(welcome_.data(), model_);
 }
 
-void ModalHost::followConfirm() {
-    const std::optional<Confirm>& confirm = model_.confirm();
-    if (confirm && confirm_ && confirm_->property("id").toUuid() == confirm->id) return;
-    retire(confirm_);
-    if (!confirm) return;
-    confirm_ = new ConfirmSheet(model_, *confirm, window_);
-    confirm_->setProperty("id", confirm->id);
-    opened(confirm_.data(), model_);
-}
+void ModalHost::followConfirm() { follow(confirm_, model_.confirm(), model_, window_); }
 
-void ModalHost::followAsk() {
-    const std::optional<Ask>& ask = model_.ask();
-    if (ask && ask_ && ask_->property("id").toUuid() == ask->id) return;
-    retire(ask_);
-    if (!ask) return;
-    ask_ = new AskDialog(model_, *ask, window_);
-    ask_->setProperty("id", ask->id);
-    opened(ask_.data(), model_);
-}
+void ModalHost::followAsk() { follow(ask_, model_.ask(), model_, window_); }
