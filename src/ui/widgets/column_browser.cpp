@@ -189,8 +189,8 @@ QListView* ColumnBrowser::currentColumn() const {
 bool ColumnBrowser::listingShown() const { return !listing_->isHidden(); }
 
 bool ColumnBrowser::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::KeyPress || !views_.contains(static_cast<QListView*>(watched)))
-        return QScrollArea::eventFilter(watched, event);
+    auto* view = qobject_cast<QListView*>(watched);
+    if (event->type() != QEvent::KeyPress || !view || !views_.contains(view)) return QScrollArea::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);
     const bool alt = key->modifiers() & Qt::AltModifier;
     const bool none = !model_.spaceSelection();
@@ -214,7 +214,6 @@ bool ColumnBrowser::eventFilter(QObject* watched, QEvent* event) {
     case Qt::Key_PageUp:
     case Qt::Key_PageDown: {
         // A page of rows, as the list shows them.
-        auto* view = static_cast<QListView*>(watched);
         const int rows = std::max(1, view->viewport()->height() / std::max(1, view->sizeHintForRow(0)) - 1);
         model_.spaceStep(key->key() == Qt::Key_PageUp ? -rows : rows);
         return true;
