@@ -74,8 +74,14 @@ AppsPage::AppsPage(Model& model, QWidget* parent)
     state_->setForegroundRole(QPalette::PlaceholderText);
     state_->setAlignment(Qt::AlignCenter);
     state_->setWordWrap(true);
-    state_->setMaximumWidth(520);
-    wait->addWidget(state_, 0, Qt::AlignHCenter);
+    // A readable width, centred by stretches: an aligned word-wrapped label would be given the height
+    // of a narrower one and cut.
+    state_->setFixedWidth(520);
+    auto* centred = new QHBoxLayout;
+    centred->addStretch(1);
+    centred->addWidget(state_);
+    centred->addStretch(1);
+    wait->addLayout(centred);
     wait->addStretch(2);
     layout->addWidget(waiting_, 1);
 

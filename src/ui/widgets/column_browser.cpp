@@ -89,8 +89,23 @@ ColumnModel* ColumnBrowser::rows(int i) const {
     return view ? static_cast<ColumnModel*>(view->model()) : nullptr;
 }
 
+// A column that says so when its folder holds nothing.
+class ColumnView : public QListView {
+public:
+    using QListView::QListView;
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        QListView::paintEvent(event);
+        if (model() && model()->rowCount() > 0) return;
+        QPainter p(viewport());
+        p.setPen(palette().color(QPalette::PlaceholderText));
+        p.drawText(viewport()->rect().adjusted(0, Theme::gap, 0, 0), Qt::AlignHCenter | Qt::AlignTop, tr("Empty folder"));
+    }
+};
+
 QListView* ColumnBrowser::addColumn() {
-    auto* view = new QListView(strip_);
+    auto* view = new ColumnView(strip_);
     auto* rows = new ColumnModel(view);
     view->setModel(rows);
     view->setItemDelegate(new ColumnDelegate(view));
