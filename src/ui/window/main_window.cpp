@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QTimer>
 
 #include "model/model.h"
 #include "ui/pages/apps_page.h"
@@ -11,7 +12,6 @@
 #include "ui/pages/history_page.h"
 #include "ui/pages/login_items_page.h"
 #include "ui/pages/home_page.h"
-#include "ui/pages/placeholder_page.h"
 #include "ui/pages/settings_page.h"
 #include "ui/pages/storage_page.h"
 #include "ui/pages/system_page.h"
@@ -31,24 +31,15 @@ MainWindow::MainWindow(Model& model, QWidget* parent)
     layout->setSpacing(0);
     layout->addWidget(sidebar_);
     layout->addWidget(stack_, 1);
-    for (int i = 0; i < pageCount; ++i) {
-        const Page p = Page(i);
-        if (p == Page::home) stack_->addWidget(new HomePage(model_, stack_));
-        else if (p == Page::clean || p == Page::developer)
-            stack_->addWidget(new CleanPage(model_, p == Page::developer, stack_));
-        else if (p == Page::space) stack_->addWidget(new StoragePage(model_, stack_));
-        else if (p == Page::history) stack_->addWidget(new HistoryPage(model_, stack_));
-        else if (p == Page::settings) stack_->addWidget(new SettingsPage(model_, stack_));
-        else if (p == Page::system) stack_->addWidget(new SystemPage(model_, stack_));
-        else if (p == Page::login) stack_->addWidget(new LoginItemsPage(model_, stack_));
-        else if (p == Page::apps) stack_->addWidget(new AppsPage(model_, stack_));
-        else stack_->addWidget(new PlaceholderPage(pageTitle(p), stack_));
-    }
+    // Pages are made when first wanted: the one shown at once, the others one per turn of the event
+    // loop after the window shows, so that opening the window is not one long wait.
+    for (int i = 0; i < pageCount; ++i) stack_->addWidget(new QWidget(stack_));
     toast_ = new ToastLine(model_, stack_);
 
-    auto follow = [this] { stack_->setCurrentIndex(int(model_.page())); };
+    auto follow = [this] { stack_->setCurrentIndex(stack_->indexOf(page(model_.page()))); };
     connect(&model_, &Model::pageChanged, this, follow);
     follow();
+    QTimer::singleShot(0, this, &MainWindow::makeNextPage);
     connect(&model_, &Model::appearanceChanged, this, [this] { Theme::apply(model_.appearance()); });
 
     for (int i = 0; i < pageCount; ++i) {
@@ -64,7 +55,44 @@ MainWindow::MainWindow(Model& model, QWidget* parent)
     });
 }
 
-QWidget* MainWindow::page(Page page) const { return stack_->widget(int(page)); }
+QWidget* MainWindow::makePage(Page p) {
+    switch (p) {
+    case Page::home: return new HomePage(model_, stack_);
+    case Page::clean:
+    case Page::developer: return new CleanPage(model_, p == Page::developer, stack_);
+    case Page::space: return new StoragePage(model_, stack_);
+    case Page::apps: return new AppsPage(model_, stack_);
+    case Page::system: return new SystemPage(model_, stack_);
+    case Page::login: return new LoginItemsPage(model_, stack_);
+    case Page::history: return new HistoryPage(model_, stack_);
+    case Page::settings: return new SettingsPage(model_, stack_);
+    }
+    return new QWidget(stack_);
+}
+
+QWidget* MainWindow::page(Page p) {
+    const int at = int(p);
+    if (made_[at]) return stack_->widget(at);
+    made_[at] = true;
+    QWidget* standIn = stack_->widget(at);
+    const bool shown = stack_->currentWidget() == standIn;
+    QWidget* made = makePage(p);
+    stack_->insertWidget(at, made);
+    stack_->removeWidget(standIn);
+    standIn->deleteLater();
+    if (shown) stack_->setCurrentWidget(made);
+    if (toast_) toast_->raise();  // the line stays over pages made after it
+    return made;
+}
+
+void MainWindow::makeNextPage() {
+    for (int i = 0; i < pageCount; ++i) {
+        if (made_[i]) continue;
+        page(Page(i));
+        QTimer::singleShot(0, this, &MainWindow::makeNextPage);
+        return;
+    }
+}
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     // Removals and restores finish before Quarle goes: the window stays and says why, then closes.

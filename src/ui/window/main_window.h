@@ -3,8 +3,10 @@
 // page and appearance, and closing it while work is in flight waits for that work and says so.
 
 #include <QWidget>
+#include <array>
 
 #include "model/page.h"
+#include "ui/window/sidebar.h"
 
 class Model;
 class QStackedWidget;
@@ -21,7 +23,8 @@ public:
     Sidebar* sidebar() const { return sidebar_; }
     ToastLine* toast() const { return toast_; }
     ModalHost* modals() const { return modals_; }
-    QWidget* page(Page page) const;
+    // The page, made now if it was not yet.
+    QWidget* page(Page page);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -32,5 +35,9 @@ private:
     QStackedWidget* stack_;
     ToastLine* toast_;
     ModalHost* modals_;
+    std::array<bool, pageCount> made_{};
     bool closing_ = false;
+
+    QWidget* makePage(Page page);
+    void makeNextPage();
 };
