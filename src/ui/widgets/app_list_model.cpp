@@ -2,8 +2,6 @@
 
 #include <QCollator>
 #include <QDateTime>
-#include <QHash>
-#include <QSet>
 #include <algorithm>
 
 #include "core/fmt.h"
@@ -23,7 +21,7 @@ QString appDetail(const InstalledApp& a) {
 
 }  // namespace
 
-AppListModel::AppListModel(Model& model, QObject* parent) : QAbstractListModel(parent), model_(model) { refresh(); }
+AppListModel::AppListModel(Model& model, QObject* parent) : KeyedRows(parent), model_(model) { refresh(); }
 
 QList<InstalledApp> AppListModel::sorted(QList<InstalledApp> apps, AppSort order) {
     switch (order) {
@@ -59,52 +57,8 @@ QList<AppListModel::Row> AppListModel::build() const {
 void AppListModel::refresh() {
     largest_ = 0;
     for (const InstalledApp& a : model_.apps()) largest_ = std::max(largest_, a.total());
-    update(build());
-}
-
-void AppListModel::update(QList<Row> fresh) {
-    QHash<QString, int> place;
-    for (int i = 0; i < fresh.size(); ++i) place.insert(fresh[i].key, i);
-    // Rows that are gone leave, last first.
-    for (int i = rows_.size() - 1; i >= 0; --i) {
-        if (place.contains(rows_[i].key)) continue;
-        beginRemoveRows({}, i, i);
-        rows_.removeAt(i);
-        endRemoveRows();
-    }
-    // The rows that stay take their new order; the views' current rows and selections move with them.
-    QList<Row> reordered = rows_;
-    std::stable_sort(reordered.begin(), reordered.end(), [&](const Row& a, const Row& b) { return place[a.key] < place[b.key]; });
-    bool moved = false;
-    for (int i = 0; i < rows_.size() && !moved; ++i) moved = rows_[i].key != reordered[i].key;
-    if (moved) {
-        emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
-        QHash<QString, int> now;
-        for (int i = 0; i < reordered.size(); ++i) now.insert(reordered[i].key, i);
-        const QModelIndexList before = persistentIndexList();
-        QModelIndexList after;
-        for (const QModelIndex& i : before) after.append(index(now.value(rows_[i.row()].key)));
-        rows_ = std::move(reordered);
-        changePersistentIndexList(before, after);
-        emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
-    }
-    // New rows come in at their places, a run at a time.
-    QSet<QString> present;
-    for (const Row& r : rows_) present.insert(r.key);
-    for (int i = 0; i < fresh.size();) {
-        if (present.contains(fresh[i].key)) {
-            ++i;
-            continue;
-        }
-        int end = i;
-        while (end < fresh.size() && !present.contains(fresh[end].key)) ++end;
-        beginInsertRows({}, i, end - 1);
-        for (int j = i; j < end; ++j) rows_.insert(j, fresh[j]);
-        endInsertRows();
-        i = end;
-    }
-    rows_ = std::move(fresh);
-    if (!rows_.isEmpty()) emit dataChanged(index(0), index(rows_.size() - 1));
+    follow(rows_, build(), [](const Row& r) -> const QString& { return r.key; });
+    if (!rows_.isEmpty()) emit dataChanged(index(0), index(int(rows_.size()) - 1));
 }
 
 int AppListModel::rowOf(const QString& key) const {

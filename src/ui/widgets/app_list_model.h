@@ -4,17 +4,26 @@
 // refresh (rows removed, moved, inserted, then updated), so the current row, the selection and the
 // scroll position survive a reload or a new order.
 
-#include <QAbstractListModel>
-
 #include "core/records.h"
 #include "model/page.h"
+#include "ui/widgets/keyed_rows.h"
 
 class Model;
 
-class AppListModel : public QAbstractListModel {
+// One row: an installed app, the heading over the gone apps, or a gone app.
+struct AppRow {
+    enum Kind { app, heading, orphan };
+    Kind kind = app;
+    QString key;
+    InstalledApp installed;
+    Orphan gone;
+};
+
+class AppListModel : public KeyedRows<AppRow> {
     Q_OBJECT
 public:
-    enum Kind { app, heading, orphan };
+    using Kind = AppRow::Kind;
+    using enum AppRow::Kind;
     enum Role { kindRole = Qt::UserRole + 1, idRole, bytesRole, detailRole, appShareRole, leftoverShareRole };
 
     explicit AppListModel(Model& model, QObject* parent = nullptr);
@@ -35,14 +44,8 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    struct Row {
-        Kind kind = app;
-        QString key;
-        InstalledApp installed;
-        Orphan gone;
-    };
+    using Row = AppRow;
     QList<Row> build() const;
-    void update(QList<Row> fresh);
     int rowOf(const QString& key) const;
 
     Model& model_;

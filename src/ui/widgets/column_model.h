@@ -3,12 +3,12 @@
 // that holds the folder's list as the model gave it (shared, never copied row by row) and, when the
 // same folder comes again, diffs it by path so that the view keeps its selection and scroll place.
 
-#include <QAbstractListModel>
 #include <QMap>
 
 #include "core/space_node.h"
+#include "ui/widgets/keyed_rows.h"
 
-class ColumnModel : public QAbstractListModel {
+class ColumnModel : public KeyedRows<SpaceNode> {
     Q_OBJECT
 public:
     enum Role { pathRole = Qt::UserRole + 1, bytesRole, fractionRole, noteRole, isDirRole, clearableRole };
@@ -26,8 +26,6 @@ public:
 
 private:
     const QList<SpaceNode>& kids() const { return folder_.kids; }
-    // Takes `fresh` in place of the shown list with removals, insertions or a new order.
-    void diff(const QList<SpaceNode>& fresh);
 
     SpaceNode folder_;  // its kids are the rows; their own kids are shared, not walked
     QMap<QString, qint64> clearable_;
