@@ -8,6 +8,7 @@
 #include "cli/option_checks.h"
 #include "cli/model_run.h"
 #include "cli/options.h"
+#include "model/sentences.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/checked.h"
@@ -115,6 +116,7 @@ void printParts(const QList<Part>& parts) {
 void printConfirm(const Confirm& c, const QList<Kept>& kept, bool freeNow) {
     Out::line(QStringLiteral("%1 — %2 %3").arg(c.title, Fmt::bytes(c.bytes),
                                               freeNow ? QStringLiteral("to delete for good") : QStringLiteral("to move to the Trash")));
+    if (c.heldElsewhere > 0) Out::line(Sentences::heldElsewhere(c.heldElsewhere));
     for (const Finding& f : c.findings) {
         Out::line(QStringLiteral("  %1  %2  %3").arg(Fmt::bytes(f.bytes).rightJustified(8), f.title, f.place));
         if (f.removal.isCommand())
@@ -146,6 +148,7 @@ Json confirmJson(const Confirm& c) {
         .set(QStringLiteral("findings"), encodeJsonList(c.findings))
         .set(QStringLiteral("paths"), encodeJson(c.paths))
         .set(QStringLiteral("bytes"), c.bytes)
+        .set(QStringLiteral("heldElsewhere"), c.heldElsewhere)
         .set(QStringLiteral("apps"), encodeJson(apps))
         .set(QStringLiteral("commands"), std::move(commands));
 }

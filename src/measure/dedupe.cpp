@@ -8,8 +8,11 @@ namespace {
 
 std::atomic<quint64> runs{0};
 
+using RangeSet = std::map<quint64, quint64>;
+
 // Adds [start, end) to the disjoint set, merging what it touches; returns the bytes not yet in it.
-quint64 insert(std::map<quint64, quint64>& set, quint64 start, quint64 end) {
+// The parts already in it go into `again` when given.
+quint64 insert(RangeSet& set, quint64 start, quint64 end, RangeSet* again = nullptr) {
     auto it = set.upper_bound(start);
     if (it != set.begin() && std::prev(it)->second >= start) --it;
     quint64 covered = 0;
@@ -18,7 +21,10 @@ quint64 insert(std::map<quint64, quint64>& set, quint64 start, quint64 end) {
     while (it != set.end() && it->first <= end) {
         const quint64 lo = std::max(start, it->first);
         const quint64 hi = std::min(end, it->second);
-        if (hi > lo) covered += hi - lo;
+        if (hi > lo) {
+            covered += hi - lo;
+            if (again) insert(*again, lo, hi);
+        }
         from = std::min(from, it->first);
         to = std::max(to, it->second);
         it = set.erase(it);
@@ -43,8 +49,9 @@ qint64 Dedupe::chargeShared(qint32 device, qint64 allocated, const std::vector<E
     quint64 fresh = 0;
     {
         std::lock_guard guard(lock_);
-        std::map<quint64, quint64>& set = ranges_[device];
-        for (const Extents::Range& r : shared) fresh += insert(set, r.start, r.end);
+        RangeSet& set = ranges_[device];
+        RangeSet* again = repeats_ ? &again_[device] : nullptr;
+        for (const Extents::Range& r : shared) fresh += insert(set, r.start, r.end, again);
     }
     return Checked::add(own, qint64(std::min<quint64>(fresh, quint64(allocated - own))));
 }
@@ -73,6 +80,18 @@ std::size_t Dedupe::rangeCount() {
     std::size_t n = 0;
     for (const auto& [device, set] : ranges_) n += set.size();
     return n;
+}
+
+qint64 Dedupe::heldOnce() {
+    const auto bytes = [](const RangeSet& set) {
+        quint64 n = 0;
+        for (const auto& [start, end] : set) n += end - start;
+        return n;
+    };
+    std::lock_guard guard(lock_);
+    quint64 once = 0;
+    for (const auto& [device, set] : ranges_) once += bytes(set) - bytes(again_[device]);
+    return qint64(once);
 }
 
 qint64 Dedupe::charge(const Walker::Entry& e) {

@@ -54,6 +54,12 @@ public:
     // The charged-range set's size, for measuring its memory.
     std::size_t rangeCount();
 
+    // From now on shared ranges met again are recorded too, so that heldOnce() can tell the bytes
+    // only one file of the run holds. For runs over one item, whose other holders lie elsewhere.
+    void countRepeats() { repeats_ = true; }
+    // Bytes of shared ranges met by exactly one file of the run.
+    qint64 heldOnce();
+
 private:
     struct FileKey {
         qint32 device;
@@ -74,5 +80,7 @@ private:
     std::unordered_set<quint64> clones_;
     // Per device, the physical ranges already charged: disjoint, start -> end.
     std::unordered_map<qint32, std::map<quint64, quint64>> ranges_;
+    bool repeats_ = false;  // set before the run starts
+    std::unordered_map<qint32, std::map<quint64, quint64>> again_;  // met twice or more, when counted
     std::unordered_map<qint32, bool> sharing_;
 };

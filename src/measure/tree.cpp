@@ -212,6 +212,8 @@ SpaceNode tree(const QString& path, const TreeOptions& options) {
         }
     }
 
+    if (options.sharesBlocks) *options.sharesBlocks = dedupe.rangeCount() > 0;
+
     // Roll sizes and "partly locked" up: children come after their parents, so one pass suffices.
     for (std::size_t i = skels.size() - 1; i >= 1; --i) {
         Skel& parent = skels[std::size_t(skels[i].parent)];

@@ -83,6 +83,30 @@ qint64 ownBlocks(const QString& folder) {
     return qint64(st.st_blocks) * 512;
 }
 
+qint64 heldElsewhere(const QString& path, const Cancelled& cancelled) {
+    const int fd = ::open(Paths::toBytes(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0) return 0;
+    struct stat st;
+    const bool sharing = ::fstat(fd, &st) == 0 && (S_ISREG(st.st_mode) || S_ISDIR(st.st_mode)) && Extents::canShare(fd);
+    std::vector<Extents::Range> shared;
+    const bool file = sharing && S_ISREG(st.st_mode) && Extents::sharedOf(fd, shared);
+    ::close(fd);
+    if (file) {
+        qint64 bytes = 0;
+        for (const Extents::Range& r : shared) bytes += qint64(r.end - r.start);
+        return bytes;
+    }
+    if (!sharing || !S_ISDIR(st.st_mode)) return 0;
+    Dedupe seen;
+    seen.countRepeats();
+    SharedWalk::Options options;
+    options.device = deviceNumber(st.st_dev);
+    options.cancelled = cancelled;
+    options.dedupe = &seen;
+    SharedWalk({path}, std::move(options)).runEach();
+    return seen.heldOnce();
+}
+
 std::optional<std::pair<qint64, quint64>> cloneInfo(const QString& path) {
     const int fd = ::open(Paths::toBytes(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (fd < 0) return std::nullopt;

@@ -46,6 +46,11 @@ qint64 ownBlocks(const QString& folder);
 // shares none) of a file on a file system that can share blocks; nothing elsewhere or on failure.
 std::optional<std::pair<qint64, quint64>> cloneInfo(const QString& path);
 
+// Bytes of a file or folder that other files outside it hold too (blocks shared with reflinked
+// copies or snapshots elsewhere): removing it does not free them. Blocks shared only between files
+// inside it are not counted. 0 on file systems that cannot share blocks.
+qint64 heldElsewhere(const QString& path, const Cancelled& cancelled = {});
+
 // The size tree of a folder: `depth` levels listed exactly, each folder below summed as a whole.
 // A file at an exact level gets its own node when it holds at least `minFile` bytes or is in
 // `keepFiles`; smaller ones only add to their folder. `roots` receives the summed folders' paths
@@ -59,6 +64,7 @@ struct TreeOptions {
     Cancelled cancelled;
     std::function<void(const QStringList&)> roots;
     std::function<void(int, const WalkResult&)> rootDone;
+    bool* sharesBlocks = nullptr;  // set when a file met shares blocks with other files
 };
 SpaceNode tree(const QString& path, const TreeOptions& options);
 

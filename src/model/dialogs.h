@@ -23,6 +23,7 @@ struct Confirm {
     QStringList paths;  // what is not a finding: Storage items, an app and its leftovers
     qint64 bytes = 0;
     QSet<QString> apps;  // application bundles among the paths, which may lie outside the home
+    qint64 heldElsewhere = 0;  // of `bytes`, what other files hold too: removing leaves it on the disk
 
     // The findings removed by running a command rather than by moving files.
     QList<Finding> commands() const;

@@ -61,7 +61,11 @@ void Model::askFor(const QList<Finding>& findings) {
     Confirm c;
     c.id = QUuid::createUuid();
     c.title = findings.size() == 1 ? findings.first().title : Fmt::count(findings.size(), QStringLiteral("item"));
-    for (const Finding& f : findings) c.bytes = Checked::add(c.bytes, f.bytes);
+    for (const Finding& f : findings) {
+        c.bytes = Checked::add(c.bytes, f.bytes);
+        if (data_)
+            for (const Part& p : f.parts) c.heldElsewhere = Checked::add(c.heldElsewhere, data_->heldElsewhere.value(p.path));
+    }
     c.findings = findings;
     c.apps = installerApps(findings);
     assignConfirm(std::move(c));

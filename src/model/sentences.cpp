@@ -65,6 +65,10 @@ QString movedAway(qsizetype count) {
         .arg(Fmt::count(count, QStringLiteral("item")));
 }
 
+QString heldElsewhere(qint64 bytes) {
+    return QStringLiteral("%1 of it is shared with files that stay, so it won't come back.").arg(Fmt::bytes(bytes));
+}
+
 QString emptying(qint64 bytes) { return QStringLiteral("Emptying %1 from the Trash…").arg(Fmt::bytes(bytes)); }
 
 QString emptied(qint64 bytes) { return QStringLiteral("Emptied %1. It's free space now.").arg(Fmt::bytes(bytes)); }

@@ -35,6 +35,8 @@ inline const QString historyNotSaved = QStringLiteral(
     "again once it can write its History.");
 inline const QString settingsNotSaved =
     QStringLiteral("Quarle couldn't save its settings (is the disk full?), so this change will not last.");
+// A confirmation's bytes that other files hold too.
+QString heldElsewhere(qint64 bytes);
 QString emptying(qint64 bytes);
 QString emptied(qint64 bytes);
 

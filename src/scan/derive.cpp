@@ -103,6 +103,16 @@ Finding trash(qint64 measured, qint64 quarleTrash, std::optional<bool> fullDiskA
     return f;
 }
 
+QStringList offeredPaths(const ScanData& data) {
+    QStringList paths;
+    for (const Catalogue::Rule& rule : Catalogue::rules())
+        if (const auto f = ruleFinding(rule, data, data.date))
+            for (const Part& p : f->parts) paths.append(p.path);
+    for (const Finding& f : data.extras)
+        for (const Part& p : f.parts) paths.append(p.path);
+    return paths;
+}
+
 ScanResult derive(const ScanData& data, const Volume& volume) {
     ScanResult r;
     r.volume = volume;
@@ -110,6 +120,10 @@ ScanResult derive(const ScanData& data, const Volume& volume) {
     for (const Catalogue::Rule& rule : Catalogue::rules())
         if (auto f = ruleFinding(rule, data, data.date)) r.findings.append(std::move(*f));
     r.findings.append(data.extras);
+    for (Finding& f : r.findings)
+        for (Part& p : f.parts)
+            if (const auto held = data.heldElsewhere.find(p.path); held != data.heldElsewhere.end())
+                p.note = Rows::withHeldElsewhere(p.note, *held);
     Finding bin = trash(SystemData::trashMeasured(data), data.quarleTrash, data.fullDiskAccess);
     if (data.linuxSystem) speakOfTheDesktopTrash(bin);
     r.findings.append(std::move(bin));

@@ -29,4 +29,9 @@ QString agoNote(const QString& verb, const std::optional<QDateTime>& date, const
     return verb + QLatin1Char(' ') + Fmt::ago(date, now);
 }
 
+QString withHeldElsewhere(const QString& note, qint64 bytes) {
+    const QString held = QStringLiteral("shares %1 with files that stay").arg(Fmt::bytes(bytes));
+    return note.isEmpty() ? held : note + QStringLiteral(" · ") + held;
+}
+
 }  // namespace Rows

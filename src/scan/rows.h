@@ -17,4 +17,7 @@ std::optional<Finding> finish(Finding row, const QString& prefix, const QString&
 // `verb` and how long ago, "downloaded 3 days ago"; empty without a date.
 QString agoNote(const QString& verb, const std::optional<QDateTime>& date, const QDateTime& now);
 
+// `note` with the bytes of the item that other files hold too and removing it leaves.
+QString withHeldElsewhere(const QString& note, qint64 bytes);
+
 }  // namespace Rows

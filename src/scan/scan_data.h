@@ -37,6 +37,9 @@ struct ScanData {
     double seconds = 0;
     QDateTime date;
     QMap<QString, Parked> parked;  // by the cleared path
+    // Bytes of offered items that other files hold too (shared blocks), which removing them leaves;
+    // by the item's path, only where there are such bytes.
+    QMap<QString, qint64> heldElsewhere;
     // The cache folder's size tree when $XDG_CACHE_HOME lies outside the home; empty otherwise.
     SpaceNode cache;
     // Present exactly when the home is Linux-shaped.

@@ -45,6 +45,8 @@ Volume volume();
 LinuxSystem linuxSystem(const QString& home, bool fake, WalkProgress& progress, const Cancelled& cancelled);
 
 ScanResult derive(const ScanData& data, const Volume& volume);
+// The paths of every item the rows of `data` offer (rules and extras; not the Trash).
+QStringList offeredPaths(const ScanData& data);
 // The row of the Trash; `measured` is what the stand-in for ~/.Trash holds.
 Finding trash(qint64 measured, qint64 quarleTrash, std::optional<bool> fullDiskAccess);
 // What a part of a rule's row is called: a folder's name, without Xcode's build-folder suffix.

@@ -21,32 +21,22 @@ bool run(const QString& program, const QStringList& args) {
     return p.waitForFinished(120000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
 }
 
-// A file system made in a sparse image file and loop-mounted at `at`; empty why() when mounted.
-struct LoopMount {
-    QString at;
-    QString why;
-    LoopMount(const QString& type, const QString& folder) : at(folder + "/mnt") {
-        const QString image = folder + "/image";
-        Files::makeDirs(at);
-        QFile f(image);
-        if (!f.open(QIODevice::WriteOnly) || !f.resize(512 * MiB)) why = "no room for the image";
-        const QStringList mkfs = type == "btrfs" ? QStringList{"-q", image} : QStringList{"-q", "-m", "reflink=1", image};
-        if (why.isEmpty() && !run("mkfs." + type, mkfs)) why = "mkfs." + type + " is missing or failed";
-        if (why.isEmpty() && !run("mount", {"-o", "loop", image, at})) why = "loop mounting " + type + " is not allowed here";
-    }
-    ~LoopMount() {
-        if (why.isEmpty()) ::umount2(Files::bytes(at).constData(), MNT_DETACH);
-    }
-};
+// A fresh file system of the test's type, loop-mounted at `at`.
+TestMount loopAt(const QString& type, const QString& at) {
+    Files::makeDirs(at);
+    return TestMount::loop(type, Sandbox::scratch(type) + "/image", at);
+}
 
 class Sharing : public testing::TestWithParam<QString> {};
 
-// 40 MiB in `one`, a full and a partial reflinked copy beside it, another full copy in `two`:
-// the disk holds 44 MiB of file data, and that is what is charged, however it is walked.
+// 40 MiB in `one`, a full and a partial reflinked copy beside it, another full copy in `two` and
+// in `three`, with 8 MiB of its own copied once: the disk holds 52 MiB of file data, and that is
+// what is charged, however it is walked.
 TEST_P(Sharing, ReflinkedCopiesAreChargedOnce) {
-    const LoopMount fs(GetParam(), Sandbox::scratch(GetParam()));
-    if (!fs.why.isEmpty()) GTEST_SKIP() << fs.why.toStdString();
-    const QString one = fs.at + "/one", two = fs.at + "/two";
+    const QString at = Sandbox::scratch(GetParam()) + "/mnt";
+    const TestMount fs = loopAt(GetParam(), at);
+    if (!fs.ok()) GTEST_SKIP() << fs.why().toStdString();
+    const QString one = at + "/one", two = at + "/two", three = at + "/three";
     Files::makeDirs(one);
     Files::makeDirs(two);
     Files::write(one + "/a", 40 * MiB, 'a');
@@ -55,14 +45,26 @@ TEST_P(Sharing, ReflinkedCopiesAreChargedOnce) {
     ASSERT_TRUE(run("dd", {"if=/dev/urandom", "of=" + one + "/partial", "bs=1M", "count=4", "seek=8", "conv=notrunc,fsync"}));
     ASSERT_TRUE(run("cp", {"--reflink=always", one + "/a", two + "/copy"}));
     Files::hardlink(one + "/full", two + "/link");
+    // `three` holds a copy of `a` and two copies of a file of its own.
+    Files::makeDirs(three);
+    ASSERT_TRUE(run("cp", {"--reflink=always", one + "/a", three + "/a"}));
+    Files::write(three + "/x", 8 * MiB, 'x');
+    ASSERT_TRUE(run("cp", {"--reflink=always", three + "/x", three + "/y"}));
     ASSERT_TRUE(run("sync", {}));
-    const qint64 folders = Files::allocated(fs.at) + Files::allocated(one) + Files::allocated(two);
+
+    // What removing an item leaves because files elsewhere hold it too.
+    EXPECT_EQ(Walker::heldElsewhere(three), 40 * MiB);
+    EXPECT_EQ(Walker::heldElsewhere(three + "/x"), 8 * MiB);
+    EXPECT_EQ(Walker::heldElsewhere(one + "/partial"), 36 * MiB);
+    EXPECT_EQ(Walker::heldElsewhere(at), 0);
+
+    const qint64 folders = Files::allocated(at) + Files::allocated(one) + Files::allocated(two) + Files::allocated(three);
 
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(Walker::size(fs.at, true).bytes, 44 * MiB + folders) << "parallel walk " << i;
-        EXPECT_EQ(Walker::tree(fs.at, {}).bytes, 44 * MiB + folders) << "tree " << i;
+        EXPECT_EQ(Walker::size(at, true).bytes, 52 * MiB + folders) << "parallel walk " << i;
+        EXPECT_EQ(Walker::tree(at, {}).bytes, 52 * MiB + folders) << "tree " << i;
     }
-    EXPECT_EQ(Walker::size(fs.at, false).bytes, 44 * MiB + folders);
+    EXPECT_EQ(Walker::size(at, false).bytes, 52 * MiB + folders);
     EXPECT_EQ(Walker::size(two, true).bytes, 40 * MiB + Files::allocated(two));  // a run of its own pays in full
 
     // Two roots of one walk: the blocks go to the root reached first.

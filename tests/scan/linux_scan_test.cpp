@@ -5,6 +5,7 @@
 #include "scan/linux_fixture.h"
 #include "scan/system_data.h"
 #include "support/mac_home.h"
+#include "support/mount.h"
 
 TEST_F(LinuxScanTest, FindingsOnALinuxHome) {
     LinuxHome linux(Sandbox::home());
@@ -169,4 +170,27 @@ TEST_F(LinuxScanTest, TheTrashRowNamesTheDesktopsTrashFolder) {
     EXPECT_EQ(locked->place, "~/.local/share/Trash · Quarle can't read all of it");
     EXPECT_FALSE(locked->explain.contains("Full Disk Access")) << locked->explain.toStdString();
     EXPECT_FALSE(locked->explain.contains("Finder")) << locked->explain.toStdString();
+}
+
+// On a file system that shares blocks, an item whose blocks a kept file holds too says so; one
+// whose copies all lie inside it frees them and says nothing. The kept copy lies deeper, so that
+// the item is reached first and pays for the blocks.
+TEST_F(LinuxScanTest, ItemsSharingBlocksWithKeptFilesSaySo) {
+    const TestMount fs = TestMount::loop("btrfs", Sandbox::scratch("btrfs") + "/image", Sandbox::home());
+    if (!fs.ok()) GTEST_SKIP() << fs.why().toStdString();
+    const QString cache = Sandbox::home() + "/.cache";
+    for (const char* folder : {"/.cache/app", "/.cache/twins", "/Documents/a/b/c/d"}) Files::makeDirs(Sandbox::home() + folder);
+    Files::write(cache + "/app/blob", 8 * 1024 * 1024, 'b');
+    Files::write(cache + "/twins/x", 8 * 1024 * 1024, 'x');
+    for (const auto& [from, to] : {std::pair{"/app/blob", "/../Documents/a/b/c/d/blob"}, {"/twins/x", "/twins/y"}})
+        ASSERT_EQ(std::system(("cp --reflink=always " + cache + from + " " + cache + to).toLocal8Bit().constData()), 0);
+    ASSERT_EQ(std::system("sync"), 0);
+
+    const Scanned s = scan();
+    const Finding* row = findingOf(s.result, "xdgcache");
+    ASSERT_TRUE(row);
+    QMap<QString, QString> notes;
+    for (const Part& p : row->parts) notes.insert(p.name, p.note);
+    EXPECT_TRUE(notes.value("app").endsWith(" · shares 8 MB with files that stay")) << notes.value("app").toStdString();
+    EXPECT_FALSE(notes.value("twins").contains("shares")) << notes.value("twins").toStdString();
 }

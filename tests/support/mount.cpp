@@ -2,6 +2,9 @@
 
 #include <sys/mount.h>
 
+#include <QFile>
+#include <QProcess>
+
 #include <cerrno>
 #include <cstring>
 
@@ -28,6 +31,25 @@ TestMount TestMount::bind(const QString& source, const QString& target) {
     }
     m.target_ = target;
     m.ok_ = true;
+    return m;
+}
+
+TestMount TestMount::loop(const QString& type, const QString& image, const QString& at) {
+    const auto run = [](const QString& program, const QStringList& args) {
+        QProcess p;
+        p.start(program, args);
+        return p.waitForFinished(120000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+    };
+    TestMount m;
+    QFile f(image);
+    const QStringList mkfs = type == "btrfs" ? QStringList{"-q", image} : QStringList{"-q", "-m", "reflink=1", image};
+    if (!f.open(QIODevice::WriteOnly) || !f.resize(512 * 1024 * 1024)) m.why_ = "no room for the image";
+    else if (!run("mkfs." + type, mkfs)) m.why_ = "mkfs." + type + " is missing or failed";
+    else if (!run("mount", {"-o", "loop", image, at})) m.why_ = "loop mounting " + type + " is not allowed here";
+    else {
+        m.target_ = at;
+        m.ok_ = true;
+    }
     return m;
 }
 

@@ -8,6 +8,7 @@
 
 #include "core/fmt.h"
 #include "core/picks.h"
+#include "model/sentences.h"
 #include "model/model.h"
 #include "ui/theme/theme.h"
 
@@ -37,6 +38,7 @@ ConfirmSheet::ConfirmSheet(Model& model, const Confirm& confirm, QWidget* parent
     layout->addWidget(heading);
     layout->addWidget(muted(tr("%1 in all. History can put everything back while it is in the Trash.")
                                 .arg(Fmt::bytes(confirm.bytes)), this));
+    if (confirm.heldElsewhere > 0) layout->addWidget(muted(Sentences::heldElsewhere(confirm.heldElsewhere), this));
     layout->addSpacing(Theme::line);
 
     auto* body = new QWidget;
