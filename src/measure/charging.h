@@ -28,7 +28,7 @@ inline qint64 ownBlocks(Dedupe& dedupe, const DirListing::Stat& self) {
 qint64 sharedFile(Dedupe& dedupe, const Folder& folder, const char* name, const DirListing::Stat& st);
 
 inline qint64 file(Dedupe& dedupe, const Folder& folder, const char* name, const DirListing::Stat& st) {
-    if (!folder.sharing || st.allocated < Extents::worthLooking || st.device != folder.device)
+    if (!folder.sharing || !Extents::worthLooking(st.allocated, st.size) || st.device != folder.device)
         return dedupe.chargeFile(st.device, st.fileID, st.links, st.allocated);
     return sharedFile(dedupe, folder, name, st);
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr unsigned statMask = STATX_TYPE | STATX_INO | STATX_NLINK | STATX_BLOCKS | STATX_MTIME;
+constexpr unsigned statMask = STATX_TYPE | STATX_INO | STATX_NLINK | STATX_BLOCKS | STATX_MTIME | STATX_SIZE;
 
 void fill(const struct statx& sx, DirListing::Stat& out) {
     out.isDir = S_ISDIR(sx.stx_mode);
@@ -16,6 +16,7 @@ void fill(const struct statx& sx, DirListing::Stat& out) {
     out.fileID = sx.stx_ino;
     out.links = out.isFile ? sx.stx_nlink : 1;
     out.allocated = out.isFile ? qint64(sx.stx_blocks) * 512 : 0;
+    out.size = out.isFile ? qint64(sx.stx_size) : 0;
     out.ownBlocks = out.isDir ? qint64(sx.stx_blocks) * 512 : 0;
     out.hasModified = (sx.stx_mask & STATX_MTIME) != 0;
     out.modified = sx.stx_mtime.tv_sec;  // whole seconds: the nanoseconds are dropped

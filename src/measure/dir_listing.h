@@ -33,6 +33,7 @@ struct Stat {
     quint64 fileID = 0;
     quint32 links = 1;
     qint64 allocated = 0;
+    qint64 size = 0;  // a regular file's length; 0 for anything else
     qint64 ownBlocks = 0;  // a folder's own blocks (its list of entries); 0 for anything else
     qint64 modified = 0;  // seconds
     bool hasModified = false;

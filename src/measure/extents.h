@@ -17,9 +17,10 @@ struct Range {
 // XFS only when made with reflink. Off when QUARLE_NO_EXTENTS is set (a benchmark's baseline).
 bool canShare(int fd);
 
-// Files smaller than this are not looked at: they hold at most one block, whose sharing is not worth
-// a lookup per file.
-constexpr qint64 worthLooking = 8192;
+// Whether a file of `allocated` bytes on disk and `size` bytes long may hold blocks of its own that
+// other files share: not when it has no block, nor when Btrfs keeps it inside its metadata (up to
+// 2 KiB by default), where copies never share.
+constexpr bool worthLooking(qint64 allocated, qint64 size) { return allocated >= 4096 && size > 2048; }
 
 // The shared ranges of the file `name` in the open folder `dirFd`, into `out` (cleared first).
 // False when the file could not be opened or mapped; it is then charged as unshared.

@@ -30,7 +30,7 @@ TestMount loopAt(const QString& type, const QString& at) {
 class Sharing : public testing::TestWithParam<QString> {};
 
 // 40 MiB in `one`, a full and a partial reflinked copy beside it, another full copy in `two` and
-// in `three`, with 8 MiB of its own copied once: the disk holds 52 MiB of file data, and that is
+// in `three`, with 8 MiB and one block of its own copied once: the disk holds 52 MiB and a block of file data, and that is
 // what is charged, however it is walked.
 TEST_P(Sharing, ReflinkedCopiesAreChargedOnce) {
     const QString at = Sandbox::scratch(GetParam()) + "/mnt";
@@ -45,11 +45,13 @@ TEST_P(Sharing, ReflinkedCopiesAreChargedOnce) {
     ASSERT_TRUE(run("dd", {"if=/dev/urandom", "of=" + one + "/partial", "bs=1M", "count=4", "seek=8", "conv=notrunc,fsync"}));
     ASSERT_TRUE(run("cp", {"--reflink=always", one + "/a", two + "/copy"}));
     Files::hardlink(one + "/full", two + "/link");
-    // `three` holds a copy of `a` and two copies of a file of its own.
+    // `three` holds a copy of `a` and two copies of a file of its own, and of a one-block file.
     Files::makeDirs(three);
     ASSERT_TRUE(run("cp", {"--reflink=always", one + "/a", three + "/a"}));
     Files::write(three + "/x", 8 * MiB, 'x');
     ASSERT_TRUE(run("cp", {"--reflink=always", three + "/x", three + "/y"}));
+    Files::write(three + "/small", 3000, 's');
+    ASSERT_TRUE(run("cp", {"--reflink=always", three + "/small", three + "/small2"}));
     ASSERT_TRUE(run("sync", {}));
 
     // What removing an item leaves because files elsewhere hold it too.
@@ -61,10 +63,10 @@ TEST_P(Sharing, ReflinkedCopiesAreChargedOnce) {
     const qint64 folders = Files::allocated(at) + Files::allocated(one) + Files::allocated(two) + Files::allocated(three);
 
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(Walker::size(at, true).bytes, 52 * MiB + folders) << "parallel walk " << i;
-        EXPECT_EQ(Walker::tree(at, {}).bytes, 52 * MiB + folders) << "tree " << i;
+        EXPECT_EQ(Walker::size(at, true).bytes, 52 * MiB + 4096 + folders) << "parallel walk " << i;
+        EXPECT_EQ(Walker::tree(at, {}).bytes, 52 * MiB + 4096 + folders) << "tree " << i;
     }
-    EXPECT_EQ(Walker::size(at, false).bytes, 52 * MiB + folders);
+    EXPECT_EQ(Walker::size(at, false).bytes, 52 * MiB + 4096 + folders);
     EXPECT_EQ(Walker::size(two, true).bytes, 40 * MiB + Files::allocated(two));  // a run of its own pays in full
 
     // Two roots of one walk: the blocks go to the root reached first.
