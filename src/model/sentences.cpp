@@ -66,7 +66,7 @@ QString movedAway(qsizetype count) {
 }
 
 QString heldElsewhere(qint64 bytes) {
-    return QStringLiteral("%1 of it is shared with files that stay, so it won't come back.").arg(Fmt::bytes(bytes));
+    return QStringLiteral("%1 of it is shared with files that stay, so removing it won't free that.").arg(Fmt::bytes(bytes));
 }
 
 QString emptying(qint64 bytes) { return QStringLiteral("Emptying %1 from the Trash…").arg(Fmt::bytes(bytes)); }
