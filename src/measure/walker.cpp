@@ -84,17 +84,20 @@ qint64 ownBlocks(const QString& folder) {
 }
 
 qint64 heldElsewhere(const QString& path, const Cancelled& cancelled) {
-    const int fd = ::open(Paths::toBytes(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-    if (fd < 0) return 0;
+    const QByteArray bytes = Paths::toBytes(path);
     struct stat st;
+    // Only files and folders are opened: opening a device or a pipe may do something.
+    if (::lstat(bytes.constData(), &st) != 0 || !(S_ISREG(st.st_mode) || S_ISDIR(st.st_mode))) return 0;
+    const int fd = ::open(bytes.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0) return 0;
     const bool sharing = ::fstat(fd, &st) == 0 && (S_ISREG(st.st_mode) || S_ISDIR(st.st_mode)) && Extents::canShare(fd);
     std::vector<Extents::Range> shared;
     const bool file = sharing && S_ISREG(st.st_mode) && Extents::sharedOf(fd, shared);
     ::close(fd);
     if (file) {
-        qint64 bytes = 0;
-        for (const Extents::Range& r : shared) bytes += qint64(r.end - r.start);
-        return bytes;
+        qint64 held = 0;
+        for (const Extents::Range& r : shared) held += qint64(r.end - r.start);
+        return held;
     }
     if (!sharing || !S_ISDIR(st.st_mode)) return 0;
     Dedupe seen;
