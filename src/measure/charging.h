@@ -24,13 +24,13 @@ inline qint64 ownBlocks(Dedupe& dedupe, const DirListing::Stat& self) {
     return dedupe.chargeFolder(self.device, self.fileID, self.ownBlocks);
 }
 
-// A file worth reading the extents of.
-qint64 sharedFile(Dedupe& dedupe, const Folder& folder, const char* name, const DirListing::Stat& st);
+// A file worth reading the extents of; `shares` is set when it shares blocks with other files.
+qint64 sharedFile(Dedupe& dedupe, const Folder& folder, const char* name, const DirListing::Stat& st, bool& shares);
 
-inline qint64 file(Dedupe& dedupe, const Folder& folder, const char* name, const DirListing::Stat& st) {
+inline qint64 file(Dedupe& dedupe, const Folder& folder, const char* name, const DirListing::Stat& st, bool& shares) {
     if (!folder.sharing || !Extents::worthLooking(st.allocated, st.size) || st.device != folder.device)
         return dedupe.chargeFile(st.device, st.fileID, st.links, st.allocated);
-    return sharedFile(dedupe, folder, name, st);
+    return sharedFile(dedupe, folder, name, st, shares);
 }
 
 }  // namespace Charging

@@ -183,7 +183,7 @@ void SharedWalk::readFolder(const Item& item, Tally& tally, std::vector<DirNode*
         if (st.isDir) {
             subfolders.push_back(DirNodes::child(node, e.name, e.length));
         } else if (st.isFile) {
-            tally.bytes = Checked::add(tally.bytes, Charging::file(dedupe, folder, e.name, st));
+            tally.bytes = Checked::add(tally.bytes, Charging::file(dedupe, folder, e.name, st, tally.shares));
             ++tally.files;
             if (st.hasModified) tally.seen(st.modified);
         }

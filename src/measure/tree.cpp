@@ -42,6 +42,7 @@ struct Listed {
         DirNode* node = nullptr;  // folders only
     };
     bool denied = false;
+    bool shares = false;  // a file in it shares blocks with other files
     qint64 folded = 0;  // files too small for a node of their own
     std::vector<Kid> kids;
     Tally seen;  // every file counted, for the progress counters
@@ -81,7 +82,7 @@ Listed listExact(DirNode* node, const QString& folder, const ExactContext& cx) {
             return;
         }
         if (!st.isFile) return;
-        const qint64 charge = Charging::file(*cx.dedupe, here, e.name, st);
+        const qint64 charge = Charging::file(*cx.dedupe, here, e.name, st, out.shares);
         out.seen.bytes = Checked::add(out.seen.bytes, charge);
         ++out.seen.files;
         const bool ownNode =
@@ -171,6 +172,7 @@ SpaceNode tree(const QString& path, const TreeOptions& options) {
             const int at = level[i];
             skels[std::size_t(at)].denied = skels[std::size_t(at)].denied || listed[i].denied;
             skels[std::size_t(at)].bytes = Checked::add(skels[std::size_t(at)].bytes, listed[i].folded);
+            if (listed[i].shares && options.sharing) options.sharing->insert(skels[std::size_t(at)].path, false);
             for (Listed::Kid& kid : listed[i].kids) {
                 const QString name = Paths::fromBytes(kid.name.data(), qsizetype(kid.name.size()));
                 const QString kidPath = skels[std::size_t(at)].path + QLatin1Char('/') + name;
@@ -209,10 +211,9 @@ SpaceNode tree(const QString& path, const TreeOptions& options) {
             Skel& s = skels[std::size_t(frontier[i])];
             s.bytes = Checked::add(s.bytes, totals[qsizetype(i)].bytes);
             if (totals[qsizetype(i)].denied >= 1) s.denied = true;
+            if (totals[qsizetype(i)].shares && options.sharing) options.sharing->insert(s.path, true);
         }
     }
-
-    if (options.sharesBlocks) *options.sharesBlocks = dedupe.rangeCount() > 0;
 
     // Roll sizes and "partly locked" up: children come after their parents, so one pass suffices.
     for (std::size_t i = skels.size() - 1; i >= 1; --i) {
@@ -223,6 +224,17 @@ SpaceNode tree(const QString& path, const TreeOptions& options) {
     std::vector<std::vector<int>> kidsOf(skels.size());
     for (std::size_t i = 1; i < skels.size(); ++i) kidsOf[std::size_t(skels[i].parent)].push_back(int(i));
     return toSpaceNode(skels, kidsOf, 0);
+}
+
+bool mayHoldSharing(const QHash<QString, bool>& sharing, const QString& path) {
+    const QString parent = Paths::parentOf(path);
+    for (auto it = sharing.cbegin(); it != sharing.cend(); ++it) {
+        const QString& folder = it.key();
+        if (Paths::isWithin(folder, path)) return true;  // the item holds the folder
+        // Inside a folder walked whole, or a file of a folder whose own files share.
+        if (Paths::isWithin(path, folder) && (it.value() || folder == parent)) return true;
+    }
+    return false;
 }
 
 QList<SpaceNode> children(const QString& path, const Cancelled& cancelled,
@@ -253,7 +265,8 @@ QList<SpaceNode> children(const QString& path, const Cancelled& cancelled,
         n.isDir = st.isDir;
         if (st.hasModified) n.modified = dateFromSeconds(st.modified);
         if (st.isFile) {
-            n.bytes = Charging::file(dedupe, here, e.name, st);
+            bool shares = false;
+            n.bytes = Charging::file(dedupe, here, e.name, st, shares);
             nodes.append(std::move(n));
         } else if (st.device == *dev && !st.mountRoot) {
             subfolders.push_back(DirNodes::child(folder, e.name, e.length));

@@ -9,6 +9,7 @@ void WalkResult::add(const WalkResult& o) {
     files = Checked::add(files, o.files);
     denied = Checked::add(denied, o.denied);
     if (o.newest && (!newest || *o.newest > *newest)) newest = o.newest;
+    shares = shares || o.shares;
 }
 
 void Tally::add(const Tally& o) {
@@ -16,10 +17,11 @@ void Tally::add(const Tally& o) {
     files = Checked::add(files, o.files);
     denied = Checked::add(denied, o.denied);
     seen(o.newest);
+    shares = shares || o.shares;
 }
 
 WalkResult Tally::result() const {
-    WalkResult r{bytes, files, denied, std::nullopt};
+    WalkResult r{bytes, files, denied, std::nullopt, shares};
     if (newest != noDate) r.newest = dateFromSeconds(newest);
     return r;
 }

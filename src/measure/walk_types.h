@@ -37,6 +37,7 @@ struct WalkResult {
     qint64 files = 0;  // regular files counted
     qint64 denied = 0;  // folders that could not be opened or read
     std::optional<QDateTime> newest;  // latest modification of a counted file
+    bool shares = false;  // a counted file shares blocks with other files
 
     void add(const WalkResult& other);
     bool operator==(const WalkResult&) const = default;
@@ -49,6 +50,7 @@ struct Tally {
     qint64 files = 0;
     qint64 denied = 0;
     qint64 newest = noDate;
+    bool shares = false;
 
     void add(const Tally& other);
     void seen(qint64 modified) {

@@ -3,6 +3,7 @@
 // and each hard-linked file's once, never following a symbolic link, never entering another volume.
 // Every size in Quarle comes from here.
 
+#include <QHash>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -64,9 +65,14 @@ struct TreeOptions {
     Cancelled cancelled;
     std::function<void(const QStringList&)> roots;
     std::function<void(int, const WalkResult&)> rootDone;
-    bool* sharesBlocks = nullptr;  // set when a file met shares blocks with other files
+    // Receives the folders that hold files sharing blocks with other files: true for a folder
+    // walked whole (they may lie anywhere inside it), false for one listed exactly (its own files).
+    QHash<QString, bool>* sharing = nullptr;
 };
 SpaceNode tree(const QString& path, const TreeOptions& options);
+// Whether the item at `path` inside a walked tree may hold files that share blocks, by what the walk
+// recorded in TreeOptions::sharing.
+bool mayHoldSharing(const QHash<QString, bool>& sharing, const QString& path);
 
 // The immediate contents of one folder, each sized, largest first; folders have no children.
 // `skip` leaves out entries by name.

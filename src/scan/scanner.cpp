@@ -153,8 +153,8 @@ ScanData scan(WalkProgress& progress, const Cancelled& cancelled, const EarlyRep
     tree.cancelled = cancelled;
     tree.roots = [&](const QStringList& roots) { rows.start(roots); };
     if (early) tree.rootDone = [&](int index, const WalkResult& r) { rows.done(index, r.bytes); };
-    bool homeShares = false, cacheShares = false;
-    tree.sharesBlocks = &homeShares;
+    QHash<QString, bool> sharing;
+    tree.sharing = &sharing;
     data.home = Walker::tree(home, tree);
     data.home.name = QStringLiteral("Home");
     // A cache folder kept outside the home is walked as a tree of its own; its roots join the rows.
@@ -162,7 +162,6 @@ ScanData scan(WalkProgress& progress, const Cancelled& cancelled, const EarlyRep
         int first = 0;
         tree.roots = [&](const QStringList& roots) { first = rows.more(roots); };
         if (early) tree.rootDone = [&](int index, const WalkResult& r) { rows.done(first + index, r.bytes); };
-        tree.sharesBlocks = &cacheShares;
         data.cache = Walker::tree(cache, tree);
         data.cache.name = QStringLiteral("Cache");
     }
@@ -191,11 +190,16 @@ ScanData scan(WalkProgress& progress, const Cancelled& cancelled, const EarlyRep
     if (!stopped()) add(unavailableSimulators());
     if (!stopped()) add(electronCaches(data.home, now));
     if (!stopped()) add(flatpakCaches(data.home, now));
-    // Where the walk met shared blocks, each offered item is asked which of its blocks other files
-    // hold too, so that its row does not promise them.
-    if (homeShares || cacheShares)
+    // Each offered item that may hold files sharing blocks is asked which of its blocks other files
+    // hold too, so that its row does not promise them. Items outside the walked trees are asked
+    // whenever the walks met shared blocks at all.
+    const auto walked = [&](const QString& path) {
+        return Paths::isWithin(path, home) || (!data.cache.path.isEmpty() && Paths::isWithin(path, data.cache.path));
+    };
+    if (!sharing.isEmpty())
         for (const QString& path : offeredPaths(data)) {
             if (stopped()) break;
+            if (walked(path) && !Walker::mayHoldSharing(sharing, path)) continue;
             if (const qint64 held = Walker::heldElsewhere(path, cancelled); held > 0) data.heldElsewhere.insert(path, held);
         }
     if (!fake && !stopped()) {

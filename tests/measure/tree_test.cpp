@@ -179,3 +179,14 @@ TEST(Tree, DeepAndOddlyNamedTreesAndCancellation) {
 }
 
 }  // namespace
+
+// Which items a walk's record of sharing folders sends to be asked: those holding such a folder,
+// those inside a folder walked whole, and the files of a folder whose own files share; by path
+// components, never by a text prefix.
+TEST(Tree, ItemsThatMayHoldSharingFiles) {
+    const QHash<QString, bool> sharing{{"/h/a", false}, {"/h/w", true}};
+    for (const char* yes : {"/h", "/h/a", "/h/a/f", "/h/w", "/h/w/deep/x"})  // "/h/a/f" may be a folder: asked too
+        EXPECT_TRUE(Walker::mayHoldSharing(sharing, yes)) << yes;
+    for (const char* no : {"/h/a/sub/f", "/h/ap", "/h/a2/f", "/h/b", "/other"})
+        EXPECT_FALSE(Walker::mayHoldSharing(sharing, no)) << no;
+}
