@@ -166,7 +166,7 @@ TEST_F(AppScannerTest, SortsARealisticLibraryToItsAppsAndKeepsOnlyProvenOrphans)
 }
 
 TEST_F(AppScannerTest, EqualSizesKeepListingOrderAndACancelledScanReturnsNothing) {
-    for (const QString& name : {"Delta", "Alpha", "Charlie", "Bravo"})
+    for (const QString name : {"Delta", "Alpha", "Charlie", "Bravo"})
         MacApps::app(system.applications, name + QString(".app"), MacApps::info("org." + name.toLower() + ".app", name));
     MacApps::app(home + "/Applications", "Aardvark.app", MacApps::info("org.aardvark.app", "Aardvark"));
     MacApps::app(system.applications, "Big.app", MacApps::info("org.big.app", "Big"), Form::xml, 900'000);

@@ -160,7 +160,12 @@ TEST_F(Apps, InstallerAppsAreTheMacOSInstallersInApplications) {
 
 TEST_F(Apps, LoginItemsLoadInTheBackground) {
     ModelServices s = machine.services();
-    s.loginItems = [] { return QList<LoginItem>{{"Helper", "com.example.helper"}}; };
+    s.loginItems = [] {
+        LoginItem helper;
+        helper.name = "Helper";
+        helper.identifier = "com.example.helper";
+        return QList<LoginItem>{helper};
+    };
     Model model(s);
     model.loadLoginItems();
     ASSERT_TRUE(waitFor([&] { return !model.loginItems().isEmpty(); }));

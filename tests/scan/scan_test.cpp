@@ -100,7 +100,9 @@ TEST(Scan, FindingsOnAMacShapedHome) {
     EXPECT_EQ(partNames(findingOf(r, "npm")), QStringList({"~/.npm/_cacache", "~/.npm/_npx"}));
     const Finding* derived = findingOf(r, "derived");
     for (const Part& p : derived->parts)
-        if (p.name == "OldShop") EXPECT_EQ(p.note, "changed 5 weeks ago");
+        if (p.name == "OldShop") {
+            EXPECT_EQ(p.note, "changed 5 weeks ago");
+        }
 
     // The extras: an idle project's node_modules, not a fresh one's; installers with the app that
     // is installed; only the partial download that stopped more than a day ago.
