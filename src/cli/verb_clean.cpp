@@ -8,13 +8,13 @@
 #include "cli/option_checks.h"
 #include "cli/model_run.h"
 #include "cli/options.h"
-#include "model/sentences.h"
 #include "cli/output.h"
 #include "cli/verbs.h"
 #include "core/checked.h"
 #include "core/fmt.h"
 #include "core/json.h"
 #include "core/record_json.h"
+#include "model/sentences.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 
 #include "core/fmt.h"
 #include "core/picks.h"
-#include "model/sentences.h"
 #include "model/model.h"
+#include "model/sentences.h"
 #include "ui/theme/theme.h"
 
 namespace {
